@@ -1,0 +1,2 @@
+// Loading the database file: field cutting and the section tests in their fixed order.
+#include "DBLoader.h"

@@ -1,0 +1,1 @@
+// CKSLDBParser: the record-level reader with duplicate checks.

@@ -1,0 +1,2 @@
+// KSManUtil exports: the exports section of a module-definition file.
+#include "UtilCommands.h"

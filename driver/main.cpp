@@ -1,0 +1,5 @@
+// KSManCMD: loads the type database file, parses a signals header into it and
+// writes the file back.
+#include "CommandLine.h"
+
+int main(int argc, char** argv) { return RunKSManCMD(argc, argv); }

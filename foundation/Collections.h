@@ -1,0 +1,469 @@
+// The container templates of the tool: a doubly linked list (MyList, with the
+// sorted pointer list MyListPtr), a chained hash map (MyMap) and a growable array
+// (MyArray). Iteration uses opaque positions (void*, a node or element address);
+// a null position ends an iteration. Lists keep insertion order; maps iterate by
+// bucket and then chain order, which the missing-items report relies on.
+#pragma once
+
+#include <cstdint>
+#include <cstdlib>
+#include <utility>
+
+#include "CString.h"
+
+constexpr int32_t kDefaultBucketCount = 13931;
+
+template <typename T>
+class MyList {
+    struct Node {
+        T value;
+        Node* prev;
+        Node* next;
+    };
+
+public:
+    MyList() = default;
+    MyList(MyList const& other) { CopyFrom(other); }
+    MyList& operator=(MyList const& other) {
+        if (this != &other) {
+            RemoveAll();
+            CopyFrom(other);
+        }
+        return *this;
+    }
+    ~MyList() { RemoveAll(); }
+
+    void* AddTail(T const& value) {
+        Node* node = new Node{value, m_pTail, nullptr};
+        if (m_pTail) m_pTail->next = node;
+        else m_pHead = node;
+        m_pTail = node;
+        ++m_nCount;
+        return node;
+    }
+    void* AddHead(T const& value) {
+        Node* node = new Node{value, nullptr, m_pHead};
+        if (m_pHead) m_pHead->prev = node;
+        else m_pTail = node;
+        m_pHead = node;
+        ++m_nCount;
+        return node;
+    }
+    // Inserts before pos (at the tail when pos is null); returns the new node.
+    void* InsertBefore(void* pos, T const& value) {
+        Node* at = static_cast<Node*>(pos);
+        if (!at) return AddTail(value);
+        if (at == m_pHead) return AddHead(value);
+        Node* node = new Node{value, at->prev, at};
+        at->prev->next = node;
+        at->prev = node;
+        ++m_nCount;
+        return node;
+    }
+
+    void* GetHeadPosition() const { return m_pHead; }
+    void* GetTailPosition() const { return m_pTail; }
+    // Returns the value at pos and moves pos to the next node (null after the last).
+    T& GetNext(void*& pos) const {
+        Node* node = static_cast<Node*>(pos);
+        pos = node->next;
+        return node->value;
+    }
+    T& GetPrev(void*& pos) const {
+        Node* node = static_cast<Node*>(pos);
+        pos = node->prev;
+        return node->value;
+    }
+    T& GetAt(void* pos) const { return static_cast<Node*>(pos)->value; }
+    T& GetHead() const { return m_pHead->value; }
+    T& GetTail() const { return m_pTail->value; }
+    int32_t GetCount() const { return m_nCount; }
+    bool IsEmpty() const { return m_nCount == 0; }
+
+    // Unlinks and frees the node at pos; pos becomes null.
+    void RemoveAt(void*& pos) {
+        Node* node = static_cast<Node*>(pos);
+        if (!node) return;
+        if (node->prev) node->prev->next = node->next;
+        else m_pHead = node->next;
+        if (node->next) node->next->prev = node->prev;
+        else m_pTail = node->prev;
+        delete node;
+        --m_nCount;
+        pos = nullptr;
+    }
+    void Remove(void*& pos) { RemoveAt(pos); }
+    T RemoveHead() {
+        void* pos = m_pHead;
+        T value = std::move(m_pHead->value);
+        RemoveAt(pos);
+        return value;
+    }
+    T RemoveTail() {
+        void* pos = m_pTail;
+        T value = std::move(m_pTail->value);
+        RemoveAt(pos);
+        return value;
+    }
+    void RemoveAll() {
+        Node* node = m_pHead;
+        while (node) {
+            Node* next = node->next;
+            delete node;
+            node = next;
+        }
+        m_pHead = m_pTail = nullptr;
+        m_nCount = 0;
+    }
+    // The position of the first element equal to value, or null.
+    void* Find(T const& value) const {
+        for (Node* node = m_pHead; node; node = node->next) {
+            if (node->value == value) return node;
+        }
+        return nullptr;
+    }
+
+private:
+    void CopyFrom(MyList const& other) {
+        for (Node* node = other.m_pHead; node; node = node->next) AddTail(node->value);
+    }
+
+    Node* m_pHead = nullptr;
+    Node* m_pTail = nullptr;
+    int32_t m_nCount = 0;
+};
+
+template <typename T, typename ARG = T>
+class CList : public MyList<T> {};
+
+class CStringList : public MyList<CString> {};
+
+// A list of pointers kept sorted by the pointed-to objects' operator<.
+template <typename T>
+class MyListPtr : public MyList<T*> {
+public:
+    // Inserts before the first element that the new one is less than; equal
+    // values go after those already present; otherwise at the tail.
+    void* AddSort(T* value) {
+        for (void* pos = this->GetHeadPosition(); pos;) {
+            void* here = pos;
+            T* current = this->GetNext(pos);
+            if (*value < *current) return this->InsertBefore(here, value);
+        }
+        return this->AddTail(value);
+    }
+};
+
+template <typename T, typename ARG = T>
+class CListPtr : public MyListPtr<T> {};
+
+inline uint32_t HashKey(CString const& key) {
+    uint32_t h = 0;
+    char const* p = key.GetData();
+    int32_t n = key.GetLength();
+    for (int32_t i = 0; i < n; ++i) h = h * 33u + static_cast<uint32_t>(static_cast<int32_t>(static_cast<signed char>(p[i])));
+    return h;
+}
+inline uint32_t HashKey(int32_t key) { return static_cast<uint32_t>(key); }
+
+template <typename K, typename V>
+class MyMap {
+    struct Node {
+        K key;
+        V value;
+        Node* next;
+    };
+
+public:
+    explicit MyMap(int32_t buckets = kDefaultBucketCount)
+        : m_nBuckets(buckets > 0 ? buckets : kDefaultBucketCount),
+          m_pTable(new Node*[static_cast<size_t>(m_nBuckets)]()) {}
+    MyMap(MyMap const&) = delete;
+    MyMap& operator=(MyMap const&) = delete;
+    virtual ~MyMap() {
+        RemoveAll();
+        delete[] m_pTable;
+    }
+
+    virtual uint32_t Hash(K const& key) const { return HashKey(key); }
+
+    // The last node of a chain is never compared: when the key already sits
+    // there (in a chain of two or more), a second node with the same key is
+    // appended and Lookup keeps finding the older value. Kept on purpose so that
+    // look-ups answer exactly as the stored databases were always indexed.
+    void SetAt(K const& key, V const& value) {
+        Node*& head = m_pTable[Bucket(key)];
+        if (!head) {
+            head = new Node{key, value, nullptr};
+            ++m_nCount;
+            return;
+        }
+        if (head->key == key) {
+            head->value = value;
+            return;
+        }
+        Node* node = head;
+        while (node->next) {
+            if (node->key == key) {
+                node->value = value;
+                return;
+            }
+            node = node->next;
+        }
+        node->next = new Node{key, value, nullptr};
+        ++m_nCount;
+    }
+
+    V& operator[](K const& key) {
+        Node*& head = m_pTable[Bucket(key)];
+        Node* last = nullptr;
+        for (Node* node = head; node; node = node->next) {
+            if (node->key == key) return node->value;
+            last = node;
+        }
+        Node* created = new Node{key, V(), nullptr};
+        if (last) last->next = created;
+        else head = created;
+        ++m_nCount;
+        return created->value;
+    }
+
+    bool Lookup(K const& key, V& value) const {
+        for (Node* node = m_pTable[Bucket(key)]; node; node = node->next) {
+            if (node->key == key) {
+                value = node->value;
+                return true;
+            }
+        }
+        return false;
+    }
+    // Like Lookup, without copying the value out.
+    V const* Find(K const& key) const {
+        for (Node* node = m_pTable[Bucket(key)]; node; node = node->next) {
+            if (node->key == key) return &node->value;
+        }
+        return nullptr;
+    }
+
+    bool RemoveKey(K const& key) {
+        Node** link = &m_pTable[Bucket(key)];
+        for (Node* node = *link; node; link = &node->next, node = node->next) {
+            if (node->key == key) {
+                *link = node->next;
+                delete node;
+                --m_nCount;
+                return true;
+            }
+        }
+        return false;
+    }
+    // Removes the first node whose key and value both match; false when none does.
+    bool RemoveKeyValue(K const& key, V const& value) {
+        Node** link = &m_pTable[Bucket(key)];
+        for (Node* node = *link; node; link = &node->next, node = node->next) {
+            if (node->key == key && node->value == value) {
+                *link = node->next;
+                delete node;
+                --m_nCount;
+                return true;
+            }
+        }
+        return false;
+    }
+
+    void RemoveAll() {
+        if (m_nCount == 0) return;
+        for (int32_t b = 0; b < m_nBuckets; ++b) {
+            Node* node = m_pTable[b];
+            while (node) {
+                Node* next = node->next;
+                delete node;
+                node = next;
+            }
+            m_pTable[b] = nullptr;
+        }
+        m_nCount = 0;
+    }
+    void clear() { RemoveAll(); }
+
+    int32_t GetCount() const { return m_nCount; }
+    bool IsEmpty() const { return m_nCount == 0; }
+    int32_t GetBucketCount() const { return m_nBuckets; }
+
+    void* GetStartPosition() const { return FirstNodeFrom(0); }
+    void GetNextAssoc(void*& pos, K& key, V& value) const {
+        Node* node = static_cast<Node*>(pos);
+        key = node->key;
+        value = node->value;
+        pos = node->next ? node->next : FirstNodeFrom(Bucket(node->key) + 1);
+    }
+
+private:
+    int32_t Bucket(K const& key) const { return static_cast<int32_t>(Hash(key) % static_cast<uint32_t>(m_nBuckets)); }
+    Node* FirstNodeFrom(int32_t bucket) const {
+        if (m_nCount == 0) return nullptr;
+        for (int32_t b = bucket; b < m_nBuckets; ++b) {
+            if (m_pTable[b]) return m_pTable[b];
+        }
+        return nullptr;
+    }
+
+    int32_t m_nBuckets;
+    Node** m_pTable;
+    int32_t m_nCount = 0;
+};
+
+template <typename K, typename KARG, typename V, typename VARG>
+class CMap : public MyMap<K, V> {
+public:
+    explicit CMap(int32_t buckets = kDefaultBucketCount) : MyMap<K, V>(buckets) {}
+};
+
+template <typename V>
+class CMapStringTo : public MyMap<CString, V> {
+public:
+    explicit CMapStringTo(int32_t buckets = kDefaultBucketCount) : MyMap<CString, V>(buckets) {}
+};
+
+class CMapStringToString : public CMapStringTo<CString> {
+public:
+    explicit CMapStringToString(int32_t buckets = kDefaultBucketCount) : CMapStringTo<CString>(buckets) {}
+};
+
+class CMapStringToPtr : public CMapStringTo<void*> {
+public:
+    explicit CMapStringToPtr(int32_t buckets = kDefaultBucketCount) : CMapStringTo<void*>(buckets) {}
+};
+
+template <typename T>
+class MyArray {
+public:
+    explicit MyArray(uint32_t growBy = 50) : m_nGrowBy(growBy ? growBy : 1) {}
+    MyArray(MyArray const& other) : m_nGrowBy(other.m_nGrowBy) { CopyFrom(other); }
+    MyArray& operator=(MyArray const& other) {
+        if (this != &other) {
+            RemoveAll();
+            CopyFrom(other);
+        }
+        return *this;
+    }
+    ~MyArray() { delete[] m_pData; }
+
+    T* Add(T const& value) {
+        T copy(value);  // value may live in this array
+        EnsureCapacity(m_nSize + 1);
+        m_pData[m_nSize] = std::move(copy);
+        return &m_pData[m_nSize++];
+    }
+    T* Add() {
+        EnsureCapacity(m_nSize + 1);
+        m_pData[m_nSize] = T();
+        return &m_pData[m_nSize++];
+    }
+
+    uint32_t GetSize() const { return m_nSize; }
+    uint32_t GetCapacity() const { return m_nCapacity; }
+    T& GetAt(uint32_t i) const { return m_pData[i]; }
+    void SetSize(uint32_t n) {
+        EnsureCapacity(n);
+        for (uint32_t i = n; i < m_nSize; ++i) m_pData[i] = T();
+        for (uint32_t i = m_nSize; i < n; ++i) m_pData[i] = T();
+        m_nSize = n;
+    }
+
+    void* GetHeadPosition() const { return m_nSize ? m_pData : nullptr; }
+    T& GetNext(void*& pos) const {
+        T* element = static_cast<T*>(pos);
+        uint32_t index = static_cast<uint32_t>(element - m_pData);
+        pos = index + 1 < m_nSize ? element + 1 : nullptr;
+        return *element;
+    }
+
+    // At or past the size, the array grows until it holds i and the size becomes i+1.
+    T& operator[](uint32_t i) {
+        if (i >= m_nSize) {
+            EnsureCapacity(i + 1);
+            for (uint32_t k = m_nSize; k <= i; ++k) m_pData[k] = T();
+            m_nSize = i + 1;
+        }
+        return m_pData[i];
+    }
+    T const& operator[](uint32_t i) const { return m_pData[i]; }
+
+    T& GetTail() const { return m_pData[m_nSize - 1]; }
+    bool IsEmpty() const { return m_nSize == 0; }
+    void RemoveTail() {
+        if (m_nSize) m_pData[--m_nSize] = T();
+    }
+    // Removes first..last inclusive (last is an index, not a count); last 0
+    // means first alone; the two are swapped when last is below first; nothing
+    // is removed (false) when the larger index is not below the size.
+    bool RemoveAt(uint32_t first, uint32_t last) {
+        if (last == 0) last = first;
+        if (last < first) std::swap(first, last);
+        if (last >= m_nSize) return false;
+        uint32_t removed = last - first + 1;
+        for (uint32_t i = last + 1; i < m_nSize; ++i) m_pData[i - removed] = std::move(m_pData[i]);
+        for (uint32_t i = m_nSize - removed; i < m_nSize; ++i) m_pData[i] = T();
+        m_nSize -= removed;
+        return true;
+    }
+    // Inserts before index i (appends when i is at or past the size).
+    void InsertAt(uint32_t i, T const& value) {
+        T copy(value);
+        if (i >= m_nSize) {
+            (*this)[i] = std::move(copy);
+            return;
+        }
+        EnsureCapacity(m_nSize + 1);
+        for (uint32_t k = m_nSize; k > i; --k) m_pData[k] = std::move(m_pData[k - 1]);
+        m_pData[i] = std::move(copy);
+        ++m_nSize;
+    }
+    void RemoveAll() {
+        for (uint32_t i = 0; i < m_nSize; ++i) m_pData[i] = T();
+        m_nSize = 0;
+    }
+
+private:
+    // The first growth adds the growth step (50 for CArray: the 51st Add raises
+    // the capacity from 50 to 100); later ones at least double, so that building
+    // a long array stays linear.
+    void EnsureCapacity(uint32_t needed) {
+        if (needed <= m_nCapacity) return;
+        uint64_t capacity = m_nCapacity;
+        while (capacity < needed) capacity += capacity > m_nGrowBy ? capacity : m_nGrowBy;
+        if (capacity > UINT32_MAX / 2) capacity = needed;
+        T* block = new T[static_cast<size_t>(capacity)];
+        for (uint32_t i = 0; i < m_nSize; ++i) block[i] = std::move(m_pData[i]);
+        delete[] m_pData;
+        m_pData = block;
+        m_nCapacity = static_cast<uint32_t>(capacity);
+    }
+    void CopyFrom(MyArray const& other) {
+        EnsureCapacity(other.m_nSize);
+        for (uint32_t i = 0; i < other.m_nSize; ++i) m_pData[i] = other.m_pData[i];
+        m_nSize = other.m_nSize;
+    }
+
+    T* m_pData = nullptr;
+    uint32_t m_nSize = 0;
+    uint32_t m_nCapacity = 0;
+    uint32_t m_nGrowBy;
+};
+
+template <typename T, typename ARG = T const&>
+class CArray : public MyArray<T> {
+public:
+    CArray() : MyArray<T>(50) {}
+};
+
+class CUIntArray : public MyArray<uint32_t> {
+public:
+    CUIntArray() : MyArray<uint32_t>(50) {}
+};
+
+class CStringArray : public MyArray<CString> {
+public:
+    CStringArray() : MyArray<CString>(50) {}
+};

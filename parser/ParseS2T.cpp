@@ -1,0 +1,2 @@
+// CParseS2T: construction, destruction and the small helpers.
+#include "ParseS2T.h"

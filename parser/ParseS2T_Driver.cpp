@@ -1,0 +1,2 @@
+// CParseS2T: the header file driver.
+#include "ParseS2T.h"

@@ -1,0 +1,2 @@
+// CParseS2T: enumerations and signal groups.
+#include "ParseS2T.h"

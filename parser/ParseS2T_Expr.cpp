@@ -1,0 +1,2 @@
+// CParseS2T: constant expressions and sizeof.
+#include "ParseS2T.h"

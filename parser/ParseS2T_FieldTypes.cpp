@@ -1,0 +1,2 @@
+// CParseS2T: type names, field kinds and bit-field holders.
+#include "ParseS2T.h"

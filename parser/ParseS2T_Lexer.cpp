@@ -1,0 +1,2 @@
+// CParseS2T: lines, comments and tokens.
+#include "ParseS2T.h"

@@ -1,0 +1,2 @@
+// CParseS2T: directives and the define table.
+#include "ParseS2T.h"

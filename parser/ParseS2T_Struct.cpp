@@ -1,0 +1,2 @@
+// CParseS2T: structures.
+#include "ParseS2T.h"

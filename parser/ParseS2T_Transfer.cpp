@@ -1,0 +1,2 @@
+// CParseS2T: transfer of the parsed types into the type database.
+#include "ParseS2T.h"

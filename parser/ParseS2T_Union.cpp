@@ -1,0 +1,2 @@
+// CParseS2T: unions.
+#include "ParseS2T.h"

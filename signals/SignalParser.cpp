@@ -1,0 +1,2 @@
+// CSignalParser: construction and the fixed sequence of the signal run.
+#include "SignalParser.h"

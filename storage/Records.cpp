@@ -1,0 +1,2 @@
+// The record operations: field cursor, equality, the enumeration size rule.
+#include "Records.h"

@@ -1,0 +1,2 @@
+// CStorage: adding, finding, deleting, identifiers and the print walks.
+#include "Storage.h"
