@@ -1,0 +1,1 @@
+# Parser benchmarks: ks_add_benchmark(<name> SOURCES <files> LIBS <libraries>)

@@ -1,0 +1,1 @@
+# Merge tests: ks_add_test(<name> SOURCES <files> LIBS <libraries> ks_testsupport)
