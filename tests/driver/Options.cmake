@@ -1,1 +1,3 @@
-# Options tests: ks_add_test(<name> SOURCES <files> LIBS <libraries> ks_testsupport)
+ks_add_test(driver_options_tests
+  SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/CommandLineTest.cpp
+  LIBS ks_driver ks_testsupport)

@@ -1,1 +1,7 @@
-# Foundation tests: ks_add_test(<name> SOURCES <files> LIBS <libraries> ks_testsupport)
+ks_add_test(foundation_tests
+  SOURCES
+    ${CMAKE_CURRENT_SOURCE_DIR}/CStringTest.cpp
+    ${CMAKE_CURRENT_SOURCE_DIR}/CFileTest.cpp
+    ${CMAKE_CURRENT_SOURCE_DIR}/CollectionsTest.cpp
+    ${CMAKE_CURRENT_SOURCE_DIR}/RunContextTest.cpp
+  LIBS ks_foundation ks_testsupport)

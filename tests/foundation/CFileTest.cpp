@@ -1,0 +1,115 @@
+// CFile: both line readers, the mode string from flags, and writes through a
+// file that is not open.
+#include "CFile.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "TestSupport.h"
+
+namespace {
+
+using testsupport::ReadFile;
+using testsupport::ScratchDir;
+using testsupport::WriteFile;
+
+std::string ReadAllLines(std::string const& path) {
+    CFile file;
+    EXPECT_TRUE(file.Open(path.c_str(), "rb"));
+    std::string out;
+    CString line;
+    while (file.ReadString(line)) out += "[" + std::string(line.GetData(), static_cast<size_t>(line.GetLength())) + "]";
+    return out;
+}
+
+TEST(CFile, ReadStringReturnsLastLineWithoutFeedThenZero) {
+    ScratchDir dir;
+    WriteFile(dir.File("a"), "one\ntwo");
+    EXPECT_EQ("[one][two]", ReadAllLines(dir.File("a")));
+}
+
+TEST(CFile, ReadStringDropsAllTrailingCarriageReturns) {
+    ScratchDir dir;
+    WriteFile(dir.File("a"), "x\r\r\n\ny\r\n");
+    EXPECT_EQ("[x][][y]", ReadAllLines(dir.File("a")));
+}
+
+TEST(CFile, ReadStringJoinsLongLines) {
+    ScratchDir dir;
+    std::string longLine(5000, 'z');
+    WriteFile(dir.File("a"), longLine + "\nend\n");
+    EXPECT_EQ("[" + longLine + "][end]", ReadAllLines(dir.File("a")));
+}
+
+TEST(CFile, NulByteHidesTheRestOfItsPiece) {
+    ScratchDir dir;
+    WriteFile(dir.File("a"), std::string("ab\0cd\nef\n", 9));
+    EXPECT_EQ("[ab][ef]", ReadAllLines(dir.File("a")));
+}
+
+TEST(CFile, FixedBufferReadSplitsLongLines) {
+    ScratchDir dir;
+    WriteFile(dir.File("a"), std::string(300, 'k') + "\r\nz");
+    CFile file;
+    ASSERT_TRUE(file.Open(dir.File("a").c_str(), "rb"));
+    char buffer[256];
+    ASSERT_TRUE(file.ReadString(buffer, 256));
+    EXPECT_EQ(255u, std::string(buffer).size());
+    ASSERT_TRUE(file.ReadString(buffer, 256));
+    EXPECT_EQ(std::string(45, 'k') + "\r", buffer);
+    ASSERT_TRUE(file.ReadString(buffer, 256));
+    EXPECT_STREQ("z", buffer);
+    EXPECT_FALSE(file.ReadString(buffer, 256));
+}
+
+TEST(CFile, ModeStringFromFlags) {
+    struct Row {
+        int32_t flags;
+        char const* mode;
+    } rows[] = {
+        {0x0000, "r"}, {0x8000, "rb"}, {0x4000, "rt"}, {0x0001, "w"}, {0x8001, "wb"},
+        {0x9002, "w+b"}, {0x2001, "a"}, {0x2002, "a+"}, {0xC001, "wt"},
+    };
+    for (auto const& row : rows) EXPECT_STREQ(row.mode, CFile::ModeFromFlags(row.flags).GetData()) << row.flags;
+}
+
+TEST(CFile, WritesThroughAClosedFileAreHarmless) {
+    CFile file;
+    EXPECT_FALSE(file.Open("/nonexistent-dir/x.txt", "wb"));
+    file.WriteString("text");
+    file.WriteLine("text");
+    file.Close();
+    file.Close();
+    EXPECT_EQ(0, file.GetLength());
+}
+
+TEST(CFile, WriteLineSkipsEmptyTextButWritesTheFeed) {
+    ScratchDir dir;
+    CFile file;
+    ASSERT_TRUE(file.Open(dir.File("w").c_str(), "wb"));
+    file.WriteLine(CString("a"));
+    file.WriteLine(CString(""));
+    file.WriteString(CString(""));
+    file.WriteLine("b");
+    EXPECT_EQ("/w", std::string(file.GetFilePath().GetData()).substr(dir.Path().size()));
+    file.Close();
+    EXPECT_EQ("a\n\nb\n", ReadFile(dir.File("w")));
+}
+
+TEST(CFile, SeekAndLength) {
+    CFile file;
+    ASSERT_TRUE(file.OpenText("line1\nline2\n"));
+    EXPECT_EQ(12, file.GetLength());
+    CString line;
+    file.ReadString(line);
+    int64_t mark = file.GetPosition();
+    file.ReadString(line);
+    EXPECT_EQ("line2", std::string(line.GetData()));
+    file.Seek(mark, CFile::begin);
+    file.ReadString(line);
+    EXPECT_EQ("line2", std::string(line.GetData()));
+    EXPECT_FALSE(file.ReadString(line));
+}
+
+}  // namespace

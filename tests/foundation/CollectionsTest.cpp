@@ -1,0 +1,147 @@
+// The containers: list order and sorted insertion, the map's hash, chain and
+// iteration rules (including the kept SetAt behaviour on a chain's last node),
+// and the array's growth and inclusive RemoveAt.
+#include "Collections.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace {
+
+struct Item {
+    int base;
+    int tag;
+    bool operator<(Item const& other) const { return base < other.base; }
+};
+
+TEST(MyList, GetNextOnTheLastNodeLeavesANullPosition) {
+    CStringList list;
+    list.AddTail("a");
+    list.AddTail("b");
+    list.AddHead("z");
+    std::string order;
+    for (void* pos = list.GetHeadPosition(); pos;) order += list.GetNext(pos).GetData();
+    EXPECT_EQ("zab", order);
+    void* last = list.GetTailPosition();
+    EXPECT_STREQ("b", list.GetNext(last).GetData());
+    EXPECT_EQ(nullptr, last);
+    EXPECT_STREQ("z", list.RemoveHead().GetData());
+    EXPECT_STREQ("b", list.RemoveTail().GetData());
+    EXPECT_EQ(1, list.GetCount());
+}
+
+TEST(MyListPtr, AddSortIsStable) {
+    Item items[] = {{5, 1}, {3, 2}, {5, 3}, {4, 4}};
+    CListPtr<Item> list;
+    for (Item& item : items) list.AddSort(&item);
+    std::vector<int> tags;
+    for (void* pos = list.GetHeadPosition(); pos;) tags.push_back(list.GetNext(pos)->tag);
+    EXPECT_EQ((std::vector<int>{2, 4, 1, 3}), tags);
+}
+
+TEST(MyMap, StringHashIsTimes33OfSignedBytes) {
+    EXPECT_EQ(108966u, HashKey(CString("abc")));
+    EXPECT_EQ(0u, HashKey(CString("")));
+    // A byte of 200 counts as -56.
+    EXPECT_EQ(static_cast<uint32_t>(-56), HashKey(CString("\xC8")));
+}
+
+TEST(MyMap, LookupIsCaseSensitive) {
+    CMapStringToString map;
+    map.SetAt("ABC", "upper");
+    CString value;
+    EXPECT_FALSE(map.Lookup("abc", value));
+    EXPECT_TRUE(map.Lookup("ABC", value));
+    EXPECT_STREQ("upper", value.GetData());
+}
+
+TEST(MyMap, SetAtOnTheLastNodeOfAChainAddsASecondNode) {
+    CMap<int32_t, int32_t, int32_t, int32_t> map;
+    map.SetAt(1, 10);
+    map.SetAt(1 + kDefaultBucketCount, 20);
+    map.SetAt(1 + kDefaultBucketCount, 30);
+    int32_t value = 0;
+    ASSERT_TRUE(map.Lookup(1 + kDefaultBucketCount, value));
+    EXPECT_EQ(20, value);
+    EXPECT_EQ(3, map.GetCount());
+    map.SetAt(1, 11);  // the head is compared and replaced
+    ASSERT_TRUE(map.Lookup(1, value));
+    EXPECT_EQ(11, value);
+    EXPECT_EQ(3, map.GetCount());
+    EXPECT_TRUE(map.RemoveKey(1 + kDefaultBucketCount));
+    ASSERT_TRUE(map.Lookup(1 + kDefaultBucketCount, value));
+    EXPECT_EQ(30, value);
+}
+
+TEST(MyMap, IteratesByBucketThenChain) {
+    CMap<int32_t, int32_t, int32_t, int32_t> map;
+    map.SetAt(500, 1);
+    map.SetAt(7, 2);
+    map.SetAt(7 + kDefaultBucketCount, 3);
+    map.SetAt(13930, 4);
+    std::vector<int32_t> keys;
+    for (void* pos = map.GetStartPosition(); pos;) {
+        int32_t key = 0, value = 0;
+        map.GetNextAssoc(pos, key, value);
+        keys.push_back(key);
+    }
+    EXPECT_EQ((std::vector<int32_t>{7, 7 + kDefaultBucketCount, 500, 13930}), keys);
+}
+
+TEST(MyMap, IndexOperatorAppendsAnEmptyValue) {
+    CMapStringToString map;
+    map["k"] += "v";
+    CString value;
+    ASSERT_TRUE(map.Lookup("k", value));
+    EXPECT_STREQ("v", value.GetData());
+    map.RemoveAll();
+    EXPECT_EQ(nullptr, map.GetStartPosition());
+}
+
+TEST(MyArray, GrowsByFiftyAtFirst) {
+    CArray<int> array;
+    for (int i = 0; i < 50; ++i) array.Add(i);
+    EXPECT_EQ(50u, array.GetCapacity());
+    array.Add(50);
+    EXPECT_EQ(100u, array.GetCapacity());
+    EXPECT_EQ(50, array.GetTail());
+}
+
+TEST(MyArray, RemoveAtTakesAnInclusiveLastIndex) {
+    struct Row {
+        uint32_t first, last;
+        char const* expected;
+        bool removed;
+        char const* reason;
+    } rows[] = {
+        {2, 0, "0134", true, "last 0 means first alone"},
+        {4, 2, "01", true, "swapped when last is below first"},
+        {1, 9, "01234", false, "last past the size removes nothing"},
+        {1, 3, "04", true, "inclusive range"},
+    };
+    for (auto const& row : rows) {
+        CArray<int> array;
+        for (int i = 0; i < 5; ++i) array.Add(i);
+        EXPECT_EQ(row.removed, array.RemoveAt(row.first, row.last)) << row.reason;
+        std::string content;
+        for (uint32_t i = 0; i < array.GetSize(); ++i) content += static_cast<char>('0' + array[i]);
+        EXPECT_EQ(row.expected, content) << row.reason;
+    }
+}
+
+TEST(MyArray, IndexPastTheSizeGrowsTheArray) {
+    CUIntArray array;
+    array[120] = 7;
+    EXPECT_EQ(121u, array.GetSize());
+    EXPECT_EQ(0u, array[5]);
+    CStringArray lines;
+    lines.Add("a");
+    lines.Add("c");
+    lines.InsertAt(1, "b");
+    EXPECT_STREQ("b", lines[1].GetData());
+    EXPECT_EQ(3u, lines.GetSize());
+}
+
+}  // namespace
