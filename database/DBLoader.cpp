@@ -1,2 +1,363 @@
-// Loading the database file: field cutting and the section tests in their fixed order.
+// Loading the database file into the store at the start of a run. Each line is
+// tested against the sections in a fixed order, and a section that matches reads
+// its records up to "<end>" and then one more line, so the tests after it in the
+// same pass see the next header. Sections without a test (parameters, signals,
+// signal table, groups) are read over. After a successful read the file is
+// deleted: the writer creates it anew at the end of the run.
 #include "DBLoader.h"
+
+#include <cstdio>
+
+#include "CFile.h"
+#include "DatabaseTexts.h"
+#include "NumberText.h"
+#include "Storage.h"
+
+namespace {
+
+constexpr int32_t kItemModeLength = sizeof dbtexts::kItemMode - 1;
+constexpr int32_t kItemUnitLength = sizeof dbtexts::kItemUnit - 1;
+constexpr int32_t kItemDependencyLength = sizeof dbtexts::kItemDependency - 1;
+
+// Cuts the first field off rest: the text before the first comma, rest keeping
+// what follows it. Without a comma the field is empty (Left(-1)) and rest stays
+// whole (Mid(0)), so a short line simply yields empty fields.
+CString CutField(CString& rest) {
+    int32_t pos = rest.Find(',');
+    CString field = rest.Left(pos);
+    rest = rest.Mid(pos + 1);
+    return field;
+}
+
+// A structure line's third field: when the rest holds "(" with ")," somewhere
+// after it, the field runs through that ")" even across commas, so "a(1,2),b"
+// gives "a(1,2)". The "(" may sit in any later column: "x,,,0,0,,d(1),e" gives
+// "x,,,0,0,,d(1)" as the field. Kept so that files written for readers with this
+// rule load the way they always did.
+CString CutThirdField(CString& rest) {
+    int32_t open = rest.Find('(');
+    int32_t close = open >= 0 ? rest.Find("),", open) : -1;
+    if (close < 0) return CutField(rest);
+    CString field = rest.Left(close + 1);
+    rest = rest.Mid(close + 2);
+    return field;
+}
+
+bool HasAtLeastThreeCommas(CString const& line) {
+    int32_t count = 0;
+    for (int32_t pos = line.Find(','); pos >= 0 && count < 3; pos = line.Find(',', pos + 1)) ++count;
+    return count >= 3;
+}
+
+int32_t FlagOf(CString const& field) { return Atoi32(field) != 0 ? 1 : 0; }
+
+// The last column of a structure line: description, then mode, unit and
+// dependency behind their markers; each marker is looked for only after the one
+// before it was found.
+struct DocTexts {
+    CString description, mode, unit, dependency;
+};
+
+DocTexts SplitMarkers(CString const& text) {
+    DocTexts doc;
+    int32_t at = text.Find(dbtexts::kItemMode);
+    if (at < 0) {
+        doc.description = text;
+        return doc;
+    }
+    doc.description = text.Left(at);
+    CString rest = text.Mid(at + kItemModeLength);
+    at = rest.Find(dbtexts::kItemUnit);
+    if (at < 0) {
+        doc.mode = rest;
+        return doc;
+    }
+    doc.mode = rest.Left(at);
+    rest = rest.Mid(at + kItemUnitLength);
+    at = rest.Find(dbtexts::kItemDependency);
+    if (at < 0) {
+        doc.unit = rest;
+        return doc;
+    }
+    doc.unit = rest.Left(at);
+    doc.dependency = rest.Mid(at + kItemDependencyLength);
+    return doc;
+}
+
+// The columns of one "nvm" line, cut in file order.
+struct NvmLine {
+    CString first, second, third, fourth, fifth;
+    int32_t value = 0;
+    int32_t flag = 0;
+    CString info;
+    DocTexts doc;
+};
+
+NvmLine CutNvmLine(CString const& line) {
+    NvmLine nvm;
+    CString rest = line;
+    nvm.first = CutField(rest);
+    nvm.second = CutField(rest);
+    nvm.third = CutThirdField(rest);
+    nvm.fourth = CutField(rest);
+    nvm.fifth = CutField(rest);
+    nvm.value = Atoi32(CutField(rest));
+    nvm.flag = FlagOf(CutField(rest));
+    nvm.info = CutField(rest);
+    nvm.doc = SplitMarkers(rest);
+    return nvm;
+}
+
+// Commands and reports share the message line; the third column (command or
+// report) is not read, the position of the section says which it is.
+void CutMessageLine(CString const& line, stMessage& message) {
+    CString rest = line;
+    message.m_nLeadingNumber = Atoi32(CutField(rest));
+    message.m_nID = Atoi32(CutField(rest));
+    CutField(rest);
+    message.m_nTrailingNumber = Atoi32(CutField(rest));
+    message.m_strCat1 = CutField(rest);
+    message.m_strCat2 = CutField(rest);
+    message.m_strCat3 = CutField(rest);
+    message.m_strFormat = rest;
+}
+
+class CDatabaseLoader {
+public:
+    CDatabaseLoader(CStorage& storage, stData& data, CFile& file) : m_storage(storage), m_data(data), m_file(file) {}
+
+    void Run();
+
+private:
+    using RecordLoader = void (CDatabaseLoader::*)(CString const&);
+
+    bool Next() { return m_file.ReadString(m_strLine) != 0; }
+    bool RunSectionTests();
+    bool ReadSection(RecordLoader load, bool readAfterEnd = true);
+    bool LoadVersion();
+    void LoadCommand(CString const& line);
+    void LoadReport(CString const& line);
+    void LoadMonitor(CString const& line);
+    void LoadStructLine(CString const& line);
+    stStruct* FindOrCreateStruct(NvmLine const& nvm);
+    void LoadEnumTitle(CString const& line);
+    void LoadEnumerator(CString const& line);
+    void LoadUnionMember(CString const& line);
+    void LoadUnionIdentifier(CString const& line);
+
+    CStorage& m_storage;
+    stData& m_data;
+    CFile& m_file;
+    CString m_strLine;
+    stEnum* m_pTitleTarget = nullptr;  // receives "EnumsTitle" continuation lines
+};
+
+// The loop ends as soon as any read reports the end of the file, whichever
+// section it is in.
+void CDatabaseLoader::Run() {
+    while (Next()) {
+        if (!RunSectionTests()) return;
+    }
+}
+
+// One pass over the section tests, each on whatever line is current when its
+// turn comes. "DbVersion", "EnumVals" and "Unions" compare only that many
+// leading characters; the other keywords must make up the whole line.
+bool CDatabaseLoader::RunSectionTests() {
+    if (m_strLine.StartsWith(dbtexts::kDbVersion) && !LoadVersion()) return false;
+    if (m_strLine.StartsWith(dbtexts::kEnumVals) && !ReadSection(&CDatabaseLoader::LoadCommand)) return false;
+    if (m_strLine.StartsWith(dbtexts::kEnumVals) && !ReadSection(&CDatabaseLoader::LoadReport)) return false;
+    if (m_strLine == dbtexts::kMonitorParams && !ReadSection(&CDatabaseLoader::LoadMonitor)) return false;
+    if (m_strLine == dbtexts::kNvm && !ReadSection(&CDatabaseLoader::LoadStructLine)) return false;
+    if (m_strLine == dbtexts::kEnumsTitle) {
+        m_pTitleTarget = nullptr;
+        if (!ReadSection(&CDatabaseLoader::LoadEnumTitle)) return false;
+    }
+    if (m_strLine == dbtexts::kEnums && !ReadSection(&CDatabaseLoader::LoadEnumerator)) return false;
+    if (m_strLine.StartsWith(dbtexts::kUnions) && !ReadSection(&CDatabaseLoader::LoadUnionMember)) return false;
+    // The last section reads nothing after its "<end>"; the main loop reads on.
+    if (m_strLine == dbtexts::kUnionIdentifiers && !ReadSection(&CDatabaseLoader::LoadUnionIdentifier, false)) {
+        return false;
+    }
+    return true;
+}
+
+// Records up to a line starting with "<end>", then the line after it. False
+// when a read reports the end of the file.
+bool CDatabaseLoader::ReadSection(RecordLoader load, bool readAfterEnd) {
+    while (Next()) {
+        if (m_strLine.StartsWith(dbtexts::kEnd)) return !readAfterEnd || Next();
+        (this->*load)(m_strLine);
+    }
+    return false;
+}
+
+// The version line, then one more line (normally "<end>") that is not looked at.
+bool CDatabaseLoader::LoadVersion() {
+    if (!Next()) return false;
+    CString rest = m_strLine;
+    m_data.m_nDbVersion = Atoi32(CutField(rest));
+    m_data.m_nDbVersionMinor = Atoi32(rest);
+    m_data.m_bVersionFlag = false;
+    return Next();
+}
+
+void CDatabaseLoader::LoadCommand(CString const& line) {
+    stCommand* command = new stCommand;
+    CutMessageLine(line, *command);
+    if (command->m_nID > m_data.m_nMaxCommandID) m_data.m_nMaxCommandID = command->m_nID;
+    m_storage.AddCommand(command);
+}
+
+// The wrap flag is not restored: a wrapped report comes back with "diagPrintf("
+// and ")" inside its text. The fixed "PRINTF" line loads like any other report.
+void CDatabaseLoader::LoadReport(CString const& line) {
+    stReport* report = new stReport;
+    CutMessageLine(line, *report);
+    if (report->m_nID > m_data.m_nMaxReportID) m_data.m_nMaxReportID = report->m_nID;
+    m_storage.AddReport(report, report->GetFullName());
+}
+
+void CDatabaseLoader::LoadMonitor(CString const& line) {
+    stMonitor* monitor = new stMonitor;
+    CString rest = line;
+    monitor->m_nNumber = Atoi32(CutField(rest));
+    monitor->m_strName = CutField(rest);
+    monitor->m_strSecond = CutField(rest);
+    monitor->m_strThird = CutField(rest);
+    monitor->m_nFlag = FlagOf(rest);
+    CString key;
+    key.Format(dbtexts::kMonitorKey, monitor->m_strName.GetData());
+    m_storage.AddMonitor(monitor, key);
+}
+
+// Every "nvm" line makes one field (header lines make none): a field written
+// over several lines, one per value, comes back as several fields.
+void CDatabaseLoader::LoadStructLine(CString const& line) {
+    NvmLine nvm = CutNvmLine(line);
+    stStruct* record = FindOrCreateStruct(nvm);
+    if (nvm.third.IsEmpty() && nvm.fourth.IsEmpty() && nvm.fifth.IsEmpty()) return;
+    stStructVar field(false);
+    if (nvm.second.IsEmpty()) {
+        // The kind is not read back: an enumeration field keeps "enum" as its
+        // type name and the enumeration's name as its type text.
+        field.m_strName = nvm.third;
+        field.m_strType = nvm.fourth;
+        field.m_strTypeText = nvm.fifth;
+    } else {
+        field.m_strType = nvm.first;
+        field.m_strName = nvm.fifth;
+        // Only a structure already loaded makes the field structure-kind; one
+        // listed later in the file leaves it primitive.
+        if (m_storage.FindStructByName(nvm.first)) field.m_nKind = KIND_STRUCT;
+    }
+    field.m_strDescription = nvm.doc.description;
+    field.m_strMode = nvm.doc.mode;
+    field.m_strUnit = nvm.doc.unit;
+    field.m_strDependency = nvm.doc.dependency;
+    field.m_nDim[0] = nvm.value;
+    record->AddField(&field);
+}
+
+// An existing structure is reused as it is; its header values are not updated.
+stStruct* CDatabaseLoader::FindOrCreateStruct(NvmLine const& nvm) {
+    CString const& name = nvm.second.IsEmpty() ? nvm.first : nvm.second;
+    stStruct* record = m_storage.FindStructByName(name);
+    if (record) return record;
+    record = new stStruct;
+    record->m_strName = name;
+    record->m_nFlag = nvm.flag;
+    record->m_strInfo = nvm.info;
+    record->m_strDescription = nvm.doc.description;
+    record->m_strDependency = nvm.doc.dependency;
+    m_storage.AddStruct(record);
+    return record;
+}
+
+// A line with fewer than three commas continues the description of the
+// enumeration this section created last, joined with nothing between.
+void CDatabaseLoader::LoadEnumTitle(CString const& line) {
+    if (!HasAtLeastThreeCommas(line)) {
+        if (m_pTitleTarget) m_pTitleTarget->m_strDescription += line;
+        return;
+    }
+    CString rest = line;
+    CString name = CutField(rest);
+    CString flag = CutField(rest);
+    CString title = CutField(rest);
+    if (m_storage.FindEnumByName(name)) return;
+    stEnum* record = new stEnum;
+    record->m_strName = name;
+    record->m_bFlag = FlagOf(flag) != 0;
+    record->m_bHasTitle = true;
+    record->m_strTitle = title;
+    record->m_strDescription = rest;
+    m_storage.AddEnum(record);
+    m_pTitleTarget = record;
+}
+
+void CDatabaseLoader::LoadEnumerator(CString const& line) {
+    CString rest = line;
+    CString enumName = CutField(rest);
+    CString name = CutField(rest);
+    int32_t value = Atoi32(CutField(rest));
+    stEnum* record = m_storage.FindEnumByName(enumName);
+    if (!record) {
+        record = new stEnum;
+        record->m_strName = enumName;
+        m_storage.AddEnum(record);
+    }
+    record->AddField(name, value, rest);
+}
+
+// The writer puts the type text in the third column and the kind word in the
+// fourth, while this reads the kind from the third: only a member whose type
+// text is itself a kind word regains its kind, "U,m,int,primitive,0,0" loads as
+// a primitive of type "int" and type text "primitive". Kept so that databases
+// round-trip exactly as they always have. Loaded members never name a signal.
+void CDatabaseLoader::LoadUnionMember(CString const& line) {
+    CString rest = line;
+    CString unionName = CutField(rest);
+    stStructVar member(false);
+    member.m_strName = CutField(rest);
+    CString third = CutField(rest);
+    CString fourth = CutField(rest);
+    member.m_nDim[0] = Atoi32(CutField(rest));
+    if (third == dbtexts::kKindStruct) {
+        member.m_nKind = KIND_STRUCT;
+        member.m_strType = fourth;
+        member.m_strTypeText = third;
+    } else {
+        member.m_strType = third == dbtexts::kKindEnum ? fourth : third;
+        member.m_strTypeText = fourth;
+        if (third == dbtexts::kKindEnum) member.m_nKind = KIND_ENUM;
+        if (third == dbtexts::kKindUnion) member.m_nKind = KIND_UNION;
+        if (third == dbtexts::kKindPointer) member.m_nKind = KIND_POINTER;
+    }
+    stUnion* record = m_storage.FindUnionByName(unionName);
+    if (!record) {
+        record = new stUnion;
+        record->m_strName = unionName;
+        m_storage.AddUnion(record);
+    }
+    record->AddField(&member);
+}
+
+void CDatabaseLoader::LoadUnionIdentifier(CString const& line) {
+    CString rest = line;
+    CString first = CutField(rest);
+    m_storage.AddUnionIdentifier(first, rest);
+}
+
+}  // namespace
+
+void LoadDatabaseText(CStorage& storage, CString const& path, stData& data) {
+    CFile file;
+    if (!file.Open(path, "rb")) {
+        std::printf(dbtexts::kCouldNotOpen, path.GetData());
+        return;
+    }
+    CDatabaseLoader(storage, data, file).Run();
+    file.Close();
+    std::remove(path.GetData());
+}

@@ -51,4 +51,15 @@ public:
     CStorage* m_pStorage;
     stData* m_pData;
     CString m_strLastError;
+
+private:
+    // One line and its line feed; nothing before Open.
+    void PutLine(CString const& line);
+    void PutLine(char const* line);
+    // The keyword, the store's print routine for the section, "<end>".
+    void WriteSection(char const* keyword, void (CStorage::*print)());
+    // Whether a structure-kind field's type is in the store (as a signal when
+    // signalAllowed and the field's signal flag are set); sets m_strLastError if not.
+    bool KnownType(stStructVar const& field, bool signalAllowed);
+    void WriteSignalVar(CString const& signalName, stSignalVar const& member);
 };
