@@ -5,9 +5,6 @@
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
-#include <unistd.h>
-
-#include <string>
 
 #include "TestSupport.h"
 
@@ -16,45 +13,23 @@ namespace {
 using testsupport::ReadFile;
 using testsupport::ScratchDir;
 
-constexpr char kEmptyReport[] =
-    "****** List of Missing Commands ******\n"
-    "\n\n****** List of Missing Reports ******\n"
-    "\n\n****** List of Missing Structs ******\n"
-    "\n\n****** List of Missing Enums ******\n";
-
-void AddNamed(CStorage& store, char const* structName, char const* alias) {
-    stStruct* record = new stStruct;
-    record->m_strName = structName;
-    if (alias) record->m_Aliases.AddTail(alias);
-    store.AddStruct(record);
-}
-
-TEST(CStorage, OrphanReportEmptyStoreHasOnlyHeadings) {
-    ScratchDir dir;
-    stData data;
-    CStorage store(&data);
-    EXPECT_EQ(1, store.WriteOrphanReportsToFile((dir.Path() + "/db.txt").c_str()));
-    EXPECT_EQ(kEmptyReport, ReadFile(dir.File("db_predefined_error.txt")));
-}
-
 TEST(CStorage, OrphanReportListsNamesInBucketOrder) {
     ScratchDir dir;
     stData data;
     CStorage store(&data);
-    // Buckets: "B" 66, "JZ_" 65 (74*1089+90*33+95 = 6*13931+65), "A" 65 after
-    // it in the chain, "CMD1" 276.
-    for (char const* name : {"CMD1", "B", "JZ_", "A"}) {
-        stCommand* command = new stCommand;
-        store.AddCommand(command, name);
-    }
+    // "JZ_" and "A" share bucket 65 (74*1089+90*33+95 = 6*13931+65), "B" is
+    // 66, "CMD1" 276; "S" 83 and its alias "Q" 81; the empty name is bucket 0.
+    for (char const* name : {"CMD1", "B", "JZ_", "A"}) store.AddCommand(new stCommand, name);
     store.AddReport(new stReport, "R");
-    AddNamed(store, "S", "Q");  // 83 and 81: the alias comes first
-    stEnum* unnamed = new stEnum;
-    store.AddEnum(unnamed);  // the empty name, bucket 0: an empty line
+    stStruct* record = new stStruct;
+    record->m_strName = "S";
+    record->m_Aliases.AddTail("Q");
+    store.AddStruct(record);
+    store.AddEnum(new stEnum);
     stEnum* named = new stEnum;
     named->m_strName = "E";
     store.AddEnum(named);
-    store.AddUnion(new stUnion);
+    store.AddUnion(new stUnion);  // unions and monitors are not listed
     store.AddMonitor(new stMonitor, "M");
     ASSERT_EQ(1, store.WriteOrphanReportsToFile((dir.Path() + "/db.v1.txt").c_str()));
     EXPECT_EQ(
@@ -71,23 +46,11 @@ TEST(CStorage, OrphanReportNameEndsAtLastDotAnywhere) {
     CStorage store(&data);
     ASSERT_EQ(0, mkdir((dir.Path() + "/dir.v2").c_str(), 0700));
     EXPECT_EQ(1, store.WriteOrphanReportsToFile((dir.Path() + "/dir.v2/db").c_str()));
-    EXPECT_EQ(kEmptyReport, ReadFile(dir.File("dir_predefined_error.txt")));
-
-    char saved[4096];
-    ASSERT_NE(nullptr, getcwd(saved, sizeof saved));
-    ASSERT_EQ(0, chdir(dir.Path().c_str()));
-    int written = store.WriteOrphanReportsToFile("nodot");
-    ASSERT_EQ(0, chdir(saved));
-    EXPECT_EQ(1, written);
-    EXPECT_EQ(kEmptyReport, ReadFile(dir.File("_predefined_error.txt")));
-}
-
-TEST(CStorage, OrphanReportUncreatableFileGivesZero) {
-    ScratchDir dir;
-    stData data;
-    CStorage store(&data);
+    EXPECT_EQ(
+        "****** List of Missing Commands ******\n\n\n****** List of Missing Reports ******\n"
+        "\n\n****** List of Missing Structs ******\n\n\n****** List of Missing Enums ******\n",
+        ReadFile(dir.File("dir_predefined_error.txt")));
     EXPECT_EQ(0, store.WriteOrphanReportsToFile((dir.Path() + "/missing/db.txt").c_str()));
-    EXPECT_FALSE(testsupport::FileExists(dir.File("missing/db_predefined_error.txt")));
 }
 
 }  // namespace

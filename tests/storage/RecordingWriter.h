@@ -10,41 +10,26 @@ class RecordingWriter : public CRecordWriter {
 public:
     std::string lines;
 
-    void WriteCommand(stCommand const& command) override { Add("command " + Text(command)); }
-    void WriteReport(stReport const& report) override {
-        Add("report " + Text(report) + (report.m_bWrap ? " wrapped" : ""));
+    void WriteCommand(stCommand const& m) override { Add("command " + Text(m)); }
+    void WriteReport(stReport const& m) override { Add("report " + Text(m) + (m.m_bWrap ? " wrapped" : "")); }
+    void WriteMonitor(stMonitor const& m) override { Add("monitor " + S(m.m_strName) + " #" + N(m.m_nIndex)); }
+    void WriteStruct(stStruct const& r, CString const& n) override { Add("struct " + S(n) + " of " + S(r.m_strName)); }
+    void WriteEnumTitle(stEnum const& r) override { Add("title " + S(r.m_strName)); }
+    void WriteEnum(stEnum const& r, CString const& n) override { Add("enum " + S(n) + " of " + S(r.m_strName)); }
+    void WriteUnion(stUnion const& r, CString const& n) override { Add("union " + S(n) + " of " + S(r.m_strName)); }
+    void WriteSignal(CString const& n, CList<stSignalVar*> const& f) override {
+        Add("signal " + S(n) + " with " + N(f.GetCount()));
     }
-    void WriteMonitor(stMonitor const& monitor) override {
-        Add("monitor " + std::string(monitor.m_strName) + " #" + std::to_string(monitor.m_nIndex));
-    }
-    void WriteStruct(stStruct const& record, CString const& name) override {
-        Add("struct " + std::string(name) + " of " + std::string(record.m_strName));
-    }
-    void WriteEnumTitle(stEnum const& record) override { Add("title " + std::string(record.m_strName)); }
-    void WriteEnum(stEnum const& record, CString const& name) override {
-        Add("enum " + std::string(name) + " of " + std::string(record.m_strName));
-    }
-    void WriteUnion(stUnion const& record, CString const& name) override {
-        Add("union " + std::string(name) + " of " + std::string(record.m_strName));
-    }
-    void WriteSignal(CString const& name, CList<stSignalVar*> const& members) override {
-        Add("signal " + std::string(name) + " with " + std::to_string(members.GetCount()));
-    }
-    void WriteSignalTable(CString const& memberName, int32_t value) override {
-        Add("table " + std::string(memberName) + "=" + std::to_string(value));
-    }
-    void WriteGroup(stGroup const& group) override {
-        Add("group " + std::string(group.m_strName) + "=" + std::to_string(group.m_nBaseValue));
-    }
-    void WriteUnionIdentifier(CString const& first, CString const& second) override {
-        Add("pair " + std::string(first) + "," + std::string(second));
-    }
+    void WriteSignalTable(CString const& n, int32_t v) override { Add("table " + S(n) + "=" + N(v)); }
+    void WriteGroup(stGroup const& g) override { Add("group " + S(g.m_strName) + "=" + N(g.m_nBaseValue)); }
+    void WriteUnionIdentifier(CString const& a, CString const& b) override { Add("pair " + S(a) + "," + S(b)); }
 
 private:
-    static std::string Text(stMessage const& message) {
-        return std::to_string(message.m_nLeadingNumber) + "," + std::to_string(message.m_nID) + "," +
-               std::to_string(message.m_nTrailingNumber) + "," + std::string(message.GetFullName()) + "," +
-               std::string(message.m_strFormat);
+    static std::string S(CString const& s) { return std::string(s.GetData()); }
+    static std::string N(int32_t n) { return std::to_string(n); }
+    static std::string Text(stMessage const& m) {
+        return N(m.m_nLeadingNumber) + "," + N(m.m_nID) + "," + N(m.m_nTrailingNumber) + "," + S(m.GetFullName()) +
+               "," + S(m.m_strFormat);
     }
     void Add(std::string const& line) { lines += line + "\n"; }
 };
