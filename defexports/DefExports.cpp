@@ -33,7 +33,9 @@ int CDefExports::Open(CString path) {
     return 1;
 }
 
-void CDefExports::Add(CString name) { m_Exports.Add(name); }
+void CDefExports::Add(CString name) {
+    m_Exports.Add(name);
+}
 
 // The lines removed are RemoveAt(B + 1, E - B - 1): a line count passed where
 // the last index is expected. With the markers on lines 0 and 4 exactly lines
@@ -95,4 +97,6 @@ bool CDefExports::Close() {
     return true;
 }
 
-void CDefExports::WarnSectionMissing() const { std::fprintf(stderr, kSectionMissing, m_strFileName.GetData()); }
+void CDefExports::WarnSectionMissing() const {
+    std::fprintf(stderr, kSectionMissing, m_strFileName.GetData());
+}

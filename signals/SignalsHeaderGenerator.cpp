@@ -69,7 +69,9 @@ CString PlainDeclaration(CSignalParser& parser, int32_t kind, CString type, CStr
     return line;
 }
 
-CString TypeText(int32_t kind, CString const& type) { return kind == FIELD_POINTER ? CString(kPointerType) : type; }
+CString TypeText(int32_t kind, CString const& type) {
+    return kind == FIELD_POINTER ? CString(kPointerType) : type;
+}
 
 CString EnumFieldLine(CSignalParser& parser, CFile& file, CStructVar& field, Layout& layout) {
     uint32_t count = static_cast<uint32_t>(field.m_nArraySize);
@@ -105,8 +107,10 @@ CString PlainFieldLine(CSignalParser& parser, CFile& file, CStructVar& field, La
     // Sized on the whole type text, before an array suffix is split off: an
     // array typedef counts as size 0 and is aligned to 4.
     int32_t size = parser.GetPrimitiveSize(type);
-    if (size == 2) PadTo(file, layout, 2);
-    else if (size == 4 || size == 0) PadTo(file, layout, 4);
+    if (size == 2)
+        PadTo(file, layout, 2);
+    else if (size == 4 || size == 0)
+        PadTo(file, layout, 4);
     layout.offset += static_cast<uint32_t>(field.m_nArraySize) * static_cast<uint32_t>(size);
     return PlainDeclaration(parser, field.m_nType, type, field.m_strName);
 }
@@ -135,10 +139,17 @@ CString UnionMemberLine(CSignalParser& parser, CUnionVar& member) {
     char const* type = member.m_strType.GetData();
     CString line;
     switch (parser.FindEnumSize(member.m_strType)) {
-        case 1: line.Format(kCharEnumField, name, type); break;
-        case 2: line.Format(kShortEnumMember, name); break;
-        case 4: line.Format(kWideEnumField, type, name); break;
-        default: break;
+        case 1:
+            line.Format(kCharEnumField, name, type);
+            break;
+        case 2:
+            line.Format(kShortEnumMember, name);
+            break;
+        case 4:
+            line.Format(kWideEnumField, type, name);
+            break;
+        default:
+            break;
     }
     return line;
 }
@@ -241,8 +252,10 @@ void CSignalParser::WriteUnion(CFile& file, CUnion& record) {
         if (!member) continue;
         if (ContainsReservedWords(member->m_strName)) member->m_strName += "_";
         CString line = UnionMemberLine(*this, *member);
-        if (member->m_nArraySize < 2) text.Format(kFieldEnd, line.GetData());
-        else text.Format(kMemberArrayEnd, line.GetData(), member->m_nArraySize);
+        if (member->m_nArraySize < 2)
+            text.Format(kFieldEnd, line.GetData());
+        else
+            text.Format(kMemberArrayEnd, line.GetData(), member->m_nArraySize);
         file.WriteString(text);
     }
     text.Format(kTypeTail, name);
@@ -289,8 +302,10 @@ void CSignalParser::WriteEpilog(CFile& file) {
 // "UINT32" included, counts 0.
 int32_t CSignalParser::GetPrimitiveSize(CString const& type) {
     CString text = type;
-    if (text.Left(8).CompareNoCase("unsigned") == 0) text = text.Mid(9);
-    else if (text.Left(6).CompareNoCase("signed") == 0) text = text.Mid(6);
+    if (text.Left(8).CompareNoCase("unsigned") == 0)
+        text = text.Mid(9);
+    else if (text.Left(6).CompareNoCase("signed") == 0)
+        text = text.Mid(6);
     text.TrimLeft();
     if (text.CompareNoCase("char") == 0) return 1;
     if (text.CompareNoCase("short") == 0) return 2;

@@ -189,7 +189,8 @@ TEST(CDefExports, InsetWithoutMarkersWarnsAndReturnsZero) {
 
 TEST(CDefExports, InsetLeavesEndIndexAfterInsertedNames) {
     CDefExports exports;
-    for (char const* line : {"b", ";KESTRIN EXPORTS BEGIN", "old", ";KESTRIN EXPORTS END"}) exports.m_FileLines.Add(line);
+    for (char const* line : {"b", ";KESTRIN EXPORTS BEGIN", "old", ";KESTRIN EXPORTS END"})
+        exports.m_FileLines.Add(line);
     exports.m_nBeginLine = 1;
     exports.m_nEndLine = 3;
     exports.Add("X");

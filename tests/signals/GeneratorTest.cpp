@@ -121,7 +121,8 @@ std::string StructHead(std::string const& name) {
 
 TEST_F(GeneratorTest, WriteStructPadsShortToEvenAndLongToFour) {
     CStruct& s = AddStruct("S", {{FIELD_CHAR, "char", "a"}, {FIELD_INT, "short", "b"}, {FIELD_INT, "long", "c"}});
-    CStruct& t = AddStruct("T", {{FIELD_CHAR, "char", "x"}, {FIELD_INT, "unsigned long", "y"}, {FIELD_CHAR, "char", "z"}});
+    CStruct& t =
+        AddStruct("T", {{FIELD_CHAR, "char", "x"}, {FIELD_INT, "unsigned long", "y"}, {FIELD_CHAR, "char", "z"}});
     EXPECT_EQ(StructHead("S") + "\tchar a;\n\tchar pad_0[1];\n\tshort b;\n\tlong c;\n}S;\n\n", StructText(s));
     // Pad names restart at pad_0 in every structure; no closing pad is written.
     EXPECT_EQ(StructHead("T") + "\tchar x;\n\tchar pad_0[3];\n\tunsigned long y;\n\tchar z;\n}T;\n\n", StructText(t));
@@ -160,7 +161,9 @@ TEST_F(GeneratorTest, WriteStructSizesEnumerationByRangeInModeZero) {
 TEST_F(GeneratorTest, WriteStructWritesEnumerationTypeInModeOne) {
     parser.m_nEnumSize = ENUM_SIZE_FOUR_BYTES;
     AddEnum("Wide", {{"W0", 0}, {"W300", 300}});
-    CStruct& s = AddStruct("S", {{FIELD_CHAR, "char", "a"}, {FIELD_ENUM, "Wide", "w", 3}, {FIELD_CHAR, "char", "b"},
+    CStruct& s = AddStruct("S", {{FIELD_CHAR, "char", "a"},
+                                 {FIELD_ENUM, "Wide", "w", 3},
+                                 {FIELD_CHAR, "char", "b"},
                                  {FIELD_INT, "short", "c"}});
     // Four bytes whatever the element count: b sits at 8, c pads 1.
     EXPECT_EQ(StructHead("S") +
@@ -191,16 +194,18 @@ TEST_F(GeneratorTest, WriteStructSplitsArrayTypedefAndResolvesAlias) {
 
 TEST_F(GeneratorTest, WriteStructCommentsOutUnknownStructureField) {
     AddStruct("Inner", {{FIELD_CHAR, "char", "c"}});
-    CStruct& s = AddStruct("Outer", {{FIELD_CHAR, "char", "a"}, {FIELD_STRUCT, "Missing", "m"},
-                                     {FIELD_STRUCT, "Inner", "in", 2}, {FIELD_STRUCT, "Missing", "ms", 3}});
+    CStruct& s = AddStruct("Outer", {{FIELD_CHAR, "char", "a"},
+                                     {FIELD_STRUCT, "Missing", "m"},
+                                     {FIELD_STRUCT, "Inner", "in", 2},
+                                     {FIELD_STRUCT, "Missing", "ms", 3}});
     EXPECT_EQ(StructHead("Outer") +
                   "\tchar a;\n\tchar pad_0[3];\n//\tMissing m;\n\tInner in[2];\n//\tMissing ms[3];\n}Outer;\n\n",
               StructText(s));
 }
 
 TEST_F(GeneratorTest, WriteStructRenamesReservedWordsAndListsFurtherNames) {
-    CStruct& s = AddStruct("S", {{FIELD_CHAR, "char", "class"}, {FIELD_CHAR, "char", "template"},
-                                 {FIELD_CHAR, "char", "Class"}});
+    CStruct& s = AddStruct(
+        "S", {{FIELD_CHAR, "char", "class"}, {FIELD_CHAR, "char", "template"}, {FIELD_CHAR, "char", "Class"}});
     s.m_lstNames.AddTail("S2");
     s.m_lstNames.AddTail("PS");
     EXPECT_EQ(StructHead("S") + "\tchar class_;\n\tchar template_;\n\tchar Class;\n}S,S2,PS;\n\n", StructText(s));
@@ -214,8 +219,8 @@ TEST_F(GeneratorTest, WriteStructWithEmptyNameWritesNothing) {
 }
 
 TEST_F(GeneratorTest, WriteStructWithHugeCountsWrapsOffsetSafely) {
-    CStruct& s = AddStruct("S", {{FIELD_INT, "long", "big", 0x7fffffff}, {FIELD_CHAR, "char", "c", -5},
-                                 {FIELD_INT, "short", "d"}});
+    CStruct& s = AddStruct(
+        "S", {{FIELD_INT, "long", "big", 0x7fffffff}, {FIELD_CHAR, "char", "c", -5}, {FIELD_INT, "short", "d"}});
     // 0x7fffffff * 4 wraps to 0xfffffffc; -5 chars take it to 0xfffffff7.
     EXPECT_EQ(StructHead("S") + "\tlong big[2147483647];\n\tchar c;\n\tchar pad_0[1];\n\tshort d;\n}S;\n\n",
               StructText(s));
