@@ -1,0 +1,183 @@
+// The database loader: field cutting, the section tests in their fixed order,
+// the records each section builds, and malformed files that must load without
+// a crash or a hang.
+#include "DBLoader.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "Storage.h"
+#include "TestSupport.h"
+
+namespace {
+
+using testsupport::ScratchDir;
+
+// Loads text from a scratch file; returns what the loader printed.
+std::string Load(CStorage& store, stData& data, std::string const& text) {
+    ScratchDir dir;
+    testsupport::WriteFile(dir.File("db.txt"), text);
+    testsupport::CaptureStdout out;
+    LoadDatabaseText(store, dir.File("db.txt").c_str(), data);
+    EXPECT_FALSE(testsupport::FileExists(dir.File("db.txt")));
+    return out.Stop();
+}
+
+TEST(DBLoader, OpenFailurePrintsAndChangesNothing) {
+    stData data;
+    data.m_nDbVersion = 5;
+    CStorage store(&data);
+    testsupport::CaptureStdout out;
+    LoadDatabaseText(store, "/nonexistent-dir/db.txt", data);
+    EXPECT_EQ("Error : Could not open file /nonexistent-dir/db.txt to read.\n", out.Stop());
+    EXPECT_EQ(5, data.m_nDbVersion);
+    EXPECT_TRUE(store.IsStorageEmpty());
+}
+
+TEST(DBLoader, VersionLineCutsAtFirstComma) {
+    struct Row {
+        char const* text;
+        int32_t version, minor;
+        bool flag;
+    } const rows[] = {
+        {"DbVersion\n12,3\n<end>\n", 12, 3, false},
+        {"DbVersion\n7\n<end>\n", 0, 7, false},         // no comma: the first field is empty
+        {"DbVersionX\n-1,2,9\n<end>\n", -1, 2, false},  // nine characters compared; rest "2,9"
+        {"DbVersion \n", 0, 0, true},                   // ends before the version line
+    };
+    for (Row const& row : rows) {
+        stData data;
+        data.m_bVersionFlag = true;
+        CStorage store(&data);
+        EXPECT_EQ("", Load(store, data, row.text));
+        EXPECT_EQ(row.version, data.m_nDbVersion) << row.text;
+        EXPECT_EQ(row.minor, data.m_nDbVersionMinor) << row.text;
+        EXPECT_EQ(row.flag, data.m_bVersionFlag) << row.text;
+    }
+}
+
+TEST(DBLoader, SectionKeywordsComparePrefixOrWholeLine) {
+    stData data;
+    CStorage store(&data);
+    Load(store, data,
+         "EnumValsX\n1,5,0,2,A,B,C,x, y\n<end>\nMonitorParams\n3,M,a,b,2\n<end>\nnvm \nS,,,,,0,0,,\n<end>\n"
+         "Unions2\nU,m,int,primitive,1,0\n<end>\n");
+    stCommand const* command = store.FindCommandByName("A__B__C");
+    ASSERT_NE(nullptr, command);  // a single "EnumVals" section holds commands
+    EXPECT_EQ("x, y", std::string(command->m_strFormat));
+    EXPECT_EQ(1, command->m_nLeadingNumber);
+    EXPECT_EQ(2, command->m_nTrailingNumber);
+    EXPECT_EQ(5, data.m_nMaxCommandID);
+    EXPECT_EQ(nullptr, store.FindStructByName("S"));
+    EXPECT_NE(nullptr, store.FindUnionByName("U"));
+    stMonitor const* monitor = store.FindMonitorByName("__MON_M");
+    ASSERT_NE(nullptr, monitor);
+    EXPECT_EQ(3, monitor->m_nNumber);
+    EXPECT_EQ(1, monitor->m_nFlag);
+}
+
+TEST(DBLoader, ReportsKeepTheirWrapper) {
+    stData data;
+    CStorage store(&data);
+    Load(store, data, "EnumVals\n<end>\nEnumVals\n0,0,0,0,PRINTF,PRINTF,PRINTF,x\n2,4,0,0,R,S,T,diagPrintf(\"a\")\n<end>\n");
+    stReport const* report = store.FindReportByName("R__S__T");
+    ASSERT_NE(nullptr, report);
+    EXPECT_EQ("diagPrintf(\"a\")", std::string(report->m_strFormat));
+    EXPECT_FALSE(report->m_bWrap);
+    EXPECT_NE(nullptr, store.FindReportByName("PRINTF__PRINTF__PRINTF"));
+    EXPECT_EQ(4, data.m_nMaxReportID);
+}
+
+TEST(DBLoader, StructLinesSplitParenthesisAndMarkers) {
+    stData data;
+    CStorage store(&data);
+    Load(store, data,
+         "nvm\nS,,,,,0,5,inf,desc@ITEM_MODE@m\nS,,f(1,2),int,t,9,0,,d@ITEM_MODE@mo@ITEM_UNIT@u\n"
+         "S,,,,,0,0,other,changed\n<end>\n");
+    stStruct const* record = store.FindStructByName("S");
+    ASSERT_NE(nullptr, record);
+    EXPECT_EQ(1, record->m_nFlag);  // any non-zero flag field loads as 1
+    EXPECT_EQ("inf|desc|", std::string(record->m_strInfo + "|" + record->m_strDescription + "|" + record->m_strDependency));
+    ASSERT_EQ(1u, record->m_Fields.GetSize());
+    stStructVar const& field = record->m_Fields.GetAt(0);
+    EXPECT_EQ("f(1,2)|int|t|d|mo|u|", std::string(field.m_strName + "|" + field.m_strType + "|" + field.m_strTypeText + "|" +
+                                                   field.m_strDescription + "|" + field.m_strMode + "|" + field.m_strUnit +
+                                                   "|" + field.m_strDependency));
+    EXPECT_EQ(9, field.m_nDim[0]);
+}
+
+TEST(DBLoader, EnumsTitleContinuationLinesJoinLastCreated) {
+    stData data;
+    CStorage store(&data);
+    Load(store, data, "EnumsTitle\n no target\nA,1,t,one\n two,x\nA,0,dup,three\n four\nB,0,,b\n<end>\n");
+    stEnum const* a = store.FindEnumByName("A");
+    ASSERT_NE(nullptr, a);
+    EXPECT_EQ("one two,x four", std::string(a->m_strDescription));  // the duplicate is no target
+    EXPECT_EQ("t", std::string(a->m_strTitle));
+    EXPECT_TRUE(a->m_bFlag && a->m_bHasTitle);
+    EXPECT_EQ(2, store.Enums().GetCount());
+}
+
+TEST(DBLoader, UnionMembersReadKindFromThirdColumn) {
+    struct Row {
+        char const* line;
+        int32_t kind;
+        char const* typeAndText;
+    } const rows[] = {
+        {"U,m,struct,P,2,0", KIND_STRUCT, "P/struct"},
+        {"U,m,enum,E,2,0", KIND_ENUM, "E/E"},
+        {"U,m,union,X,2,0", KIND_UNION, "union/X"},
+        {"U,m,pointer,X,2,0", KIND_POINTER, "pointer/X"},
+        {"U,m,int,primitive,2,0", KIND_PRIMITIVE, "int/primitive"},  // as the writer writes a primitive
+    };
+    for (Row const& row : rows) {
+        stData data;
+        CStorage store(&data);
+        Load(store, data, std::string("Unions\n") + row.line + "\n<end>\n");
+        stUnion const* record = store.FindUnionByName("U");
+        ASSERT_NE(nullptr, record);
+        stStructVar const& member = record->m_Fields.GetAt(0);
+        EXPECT_EQ(row.kind, member.m_nKind) << row.line;
+        EXPECT_EQ(row.typeAndText, std::string(member.m_strType + "/" + member.m_strTypeText));
+        EXPECT_FALSE(member.m_bSignal);
+        EXPECT_EQ(2, member.m_nDim[0]);
+    }
+}
+
+TEST(DBLoader, OneLineReadAfterEachEndExceptUnionIdentifiers) {
+    stData data;
+    CStorage store(&data);
+    Load(store, data,
+         "Enums\nE,X,1,d,e\n<end>\nEnumsTitle\nT,0,,d\n<end>\n"
+         "UnionIdentifiers\nA,1\n<end>\nUnionIdentifiers\nB,2,3\n<end>\n");
+    // "EnumsTitle" arrives after its test has passed, so its lines are read over.
+    EXPECT_EQ(nullptr, store.FindEnumByName("T"));
+    stEnum const* e = store.FindEnumByName("E");
+    ASSERT_NE(nullptr, e);
+    EXPECT_FALSE(e->m_bHasTitle);
+    EXPECT_EQ("d,e", std::string(e->m_Fields.GetAt(0).m_strDescription));
+    EXPECT_EQ(2, store.UnionIdentifiers().GetCount());
+    EXPECT_EQ("2,3", std::string(store.UnionIdentifiers().GetTail()->m_strIdentifier));
+}
+
+TEST(DBLoader, MalformedFilesLoadWithoutCrash) {
+    std::string longLine(1 << 20, ',');
+    longLine[100] = '(';
+    longLine[500000] = ')';
+    static char const binary[] = "EnumVals\n\x01\xff\x80,\x00,9\n<end>\n";
+    std::string const rows[] = {
+        std::string(binary, sizeof binary - 1),                     // control, high and NUL bytes
+        "nvm\nS\n\n,\n(\n),\n",                                     // short lines, no <end>
+        "EnumsTitle\n\n\nEnums\n<end",                              // "<end" is no end marker
+        "DbVersion\n" + longLine + "\n<end>\nnvm\n" + longLine + "\nEnumsTitle\n" + longLine,
+        "Unions\n" + longLine + "\n<end>\nUnionIdentifiers\n" + longLine + "\r\n",
+    };
+    for (std::string const& text : rows) {
+        stData data;
+        CStorage store(&data);
+        EXPECT_EQ("", Load(store, data, text));
+    }
+}
+
+}  // namespace

@@ -1,0 +1,191 @@
+// The database writer: the whole file of an empty store, and the exact lines of
+// each record kind, written through a real file and compared byte for byte.
+#include "KSLDBWriter.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <string>
+
+#include "Storage.h"
+#include "TestSupport.h"
+
+namespace {
+
+using testsupport::ReadFile;
+using testsupport::ScratchDir;
+
+// Runs write on a writer opened on a fresh file and returns the file's bytes.
+std::string Written(CStorage& store, std::function<void(CKSLDBWriter&)> const& write) {
+    ScratchDir dir;
+    CKSLDBWriter writer(&store, store.GetRunContext());
+    store.SetDBWriter(&writer);
+    EXPECT_NE(0, writer.Open(dir.File("db.txt").c_str()));
+    write(writer);
+    writer.Close();
+    return ReadFile(dir.File("db.txt"));
+}
+
+stStructVar Field(char const* name, int32_t kind, char const* type, char const* typeText) {
+    stStructVar field;
+    field.m_strName = name;
+    field.m_nKind = kind;
+    field.m_strType = type;
+    field.m_strTypeText = typeText;
+    return field;
+}
+
+void Add(stStruct& record, stStructVar const& field) { record.AddField(&field); }
+
+TEST(CKSLDBWriter, WriteDBEmptyStoreGivesThirteenSections) {
+    stData data;
+    CStorage store(&data);
+    std::string expected = ReadFile(KS_TEST_DATA_DIR "/database/empty.expected.txt");
+    EXPECT_EQ(expected, Written(store, [](CKSLDBWriter& w) { w.WriteDB(); }));
+    data.m_nDbVersion = 12;
+    data.m_nDbVersionMinor = -3;
+    EXPECT_EQ("DbVersion\n12,-3\n<end>\n", Written(store, [](CKSLDBWriter& w) { w.WriteDB(); }).substr(0, 22));
+}
+
+TEST(CKSLDBWriter, WriteMessageWrapsOnlyReports) {
+    stData data;
+    CStorage store(&data);
+    struct Row {
+        bool command, wrap;
+        char const* text;
+        char const* expected;
+    } const rows[] = {
+        {false, true, "%S pt", "4,9,0,1,A,B,C,diagStructPrintf(%S pt)\n"},  // capital %S: structure print
+        {false, true, "%s\nx", "4,9,0,1,A,B,C,diagPrintf(%sx)\n"},          // line feed removed
+        {false, false, "%S", "4,9,0,1,A,B,C,%S\n"},                         // flag clear: bare
+        {true, true, "%S, y", "4,9,1,1,A,B,C,%S, y\n"},                     // commands never wrap
+    };
+    for (Row const& row : rows) {
+        stReport report;
+        report.m_nLeadingNumber = 4, report.m_nID = 9, report.m_nTrailingNumber = 1;
+        report.m_strCat1 = "A", report.m_strCat2 = "B", report.m_strCat3 = "C";
+        report.m_strFormat = row.text;
+        report.m_bWrap = row.wrap;
+        EXPECT_EQ(row.expected, Written(store, [&](CKSLDBWriter& w) {
+                      if (row.command) w.WriteMessage(report, 1, false);
+                      else w.WriteReport(report);
+                  })) << row.text;
+    }
+}
+
+TEST(CKSLDBWriter, WriteStructValueListAndTags) {
+    stData data;
+    CStorage store(&data);
+    stStruct* inner = new stStruct;
+    inner->m_strName = "In";
+    store.AddStruct(inner);
+    stStruct record;
+    record.m_nFlag = 1, record.m_strInfo = "i", record.m_strDescription = "d\nd";
+    stStructVar scalar = Field("s", KIND_PRIMITIVE, "int", "signed int");  // count 0: one line
+    stStructVar list = Field("l", KIND_STRUCT, "In", "");
+    list.m_nDimCount = 2, list.m_nDim[0] = 3, list.m_nDim[1] = 4;
+    list.m_strMode = "m\n";
+    stStructVar wide = Field("e", KIND_ENUM, "E", "ignored");
+    wide.m_nDimCount = 12;  // never read past the ten slots
+    wide.m_strDescription = "a\nb";
+    for (stStructVar const* field : {&scalar, &list, &wide}) Add(record, *field);
+    std::string tenLines;
+    for (int i = 0; i < 10; ++i) tenLines += "S,,e,enum,E,1,1,i,a\nb@ITEM_MODE@@ITEM_UNIT@@ITEM_DEPENDENCY@\n";
+    EXPECT_EQ("S,,,,,0,1,i,dd\nS,,s,int,signed int,1,1,i,\n" +
+                  std::string("In,S,,,l,3,1,i,@ITEM_MODE@m@ITEM_UNIT@@ITEM_DEPENDENCY@\n") +
+                  "In,S,,,l,4,1,i,@ITEM_MODE@m@ITEM_UNIT@@ITEM_DEPENDENCY@\n" + tenLines,
+              Written(store, [&](CKSLDBWriter& w) { w.WriteStruct(record, "S"); }));
+    record.m_strDependency = "D";
+    record.m_Fields.RemoveAll();
+    EXPECT_EQ("S,,,,,0,1,i,dd@ITEM_MODE@@ITEM_UNIT@@ITEM_DEPENDENCY@D\n",
+              Written(store, [&](CKSLDBWriter& w) { w.WriteStruct(record, "S"); }));
+}
+
+TEST(CKSLDBWriter, WriteStructVarUnknownTypeLeavesFieldOut) {
+    stData data;
+    CStorage store(&data);
+    stStructVar field = Field("f", KIND_STRUCT, "Ghost", "");
+    testsupport::CaptureStdout out;
+    std::string file = Written(store, [&](CKSLDBWriter& w) {
+        EXPECT_EQ(0, w.WriteStructVar(&field, "S", 0, ""));
+        EXPECT_EQ("Error : Unknown struct Ghost.", std::string(w.m_strLastError));
+        field.m_bSignal = true;
+        EXPECT_EQ(0, w.WriteUnionVar(&field, "U"));
+        EXPECT_EQ("Error : Unknown signal Ghost.", std::string(w.m_strLastError));
+    });
+    EXPECT_EQ("", file);
+    EXPECT_EQ("", out.Stop());
+}
+
+TEST(CKSLDBWriter, WriteUnionPutsTypeTextBeforeKindText) {
+    stData data;
+    CStorage store(&data);
+    stSignal* signal = new stSignal;
+    signal->m_strName = "Sig";
+    store.AddSignal(signal);
+    stUnion record;
+    Add(record, Field("p", KIND_PRIMITIVE, "int", "unsigned int"));
+    stStructVar viaSignal = Field("s", KIND_STRUCT, "Sig", "struct");
+    viaSignal.m_bSignal = true;
+    Add(record, viaSignal);
+    for (int32_t kind : {KIND_ENUM, KIND_UNION, KIND_POINTER}) Add(record, Field("k", kind, "T", "tt"));
+    EXPECT_EQ("U,p,unsigned int,primitive,1,0\nU,s,struct,Sig,1,0\nU,k,T,enum,1,0\nU,k,tt,T,1,0\nU,k,tt,pointer,1,0\n",
+              Written(store, [&](CKSLDBWriter& w) { w.WriteUnion(record, "U"); }));
+}
+
+TEST(CKSLDBWriter, WriteSignalMemberShapes) {
+    stData data;
+    CStorage store(&data);
+    stSignal* known = new stSignal;
+    known->m_strName = "Known";
+    store.AddSignal(known);
+    CList<stSignalVar*> members;
+    stSignalVar ofSignal, unknown, counted, odd;
+    ofSignal.m_strName = "a", ofSignal.m_strTypeName = "Known", ofSignal.m_nCount = 2;
+    unknown.m_strName = "b", unknown.m_strTypeName = "Nope";
+    counted.m_nType = SIGVAR_POINTER, counted.m_strName = "c", counted.m_strTypeName = "int";
+    counted.m_Values.Add(5), counted.m_Values.Add(0xFFFFFFFFu);
+    odd.m_nType = 9, odd.m_strName = "d", odd.m_strTypeName = "x";  // no word for code 9
+    for (stSignalVar* member : {&ofSignal, &unknown, &counted, &odd}) members.AddTail(member);
+    EXPECT_EQ("Sg,,,,1,\na,Sg,,,2,Known\nSg,,Nope,unknown,1,b\nSg,,int,pointer,1,c\nSg,,int,pointer,5,c\n"
+              "Sg,,int,pointer,-1,c\nSg,,x,,1,d\n",
+              Written(store, [&](CKSLDBWriter& w) { w.WriteSignal("Sg", members); }));
+}
+
+TEST(CKSLDBWriter, WriteSmallRecordLines) {
+    stData data;
+    CStorage store(&data);
+    stMonitor monitor;
+    monitor.m_nNumber = 7, monitor.m_strName = "M", monitor.m_strThird = "t", monitor.m_nFlag = 5;
+    stEnum titled, untitled;
+    titled.m_strName = "E", titled.m_bFlag = true, titled.m_bHasTitle = true, titled.m_strTitle = "T";
+    titled.m_strDescription = "d\ne";
+    titled.AddField("A", -2, "x\ny");
+    untitled.m_strName = "F";
+    EXPECT_EQ("7,M,,t,1\nE,1,T,d\ne\nE,A,-2,x\ny\nX,A,-2,x\ny\nm,3,\ng,-4,\nu,i\n",
+              Written(store, [&](CKSLDBWriter& w) {
+                  w.WriteMonitor(monitor);
+                  w.WriteEnumTitle(titled);
+                  w.WriteEnumTitle(untitled);
+                  w.WriteEnum(titled, "E");
+                  w.WriteEnum(titled, "X");
+                  w.WriteSignalTable("m", 3);
+                  w.WriteGroup(stGroup("g", -4));
+                  w.WriteUnionIdentifier("u", "i");
+              }));
+}
+
+TEST(CKSLDBWriter, OpenFailureLeavesWritesHarmless) {
+    stData data;
+    CStorage store(&data);
+    CKSLDBWriter writer(&store, &data);
+    store.SetDBWriter(&writer);
+    EXPECT_EQ(0, writer.Open("/nonexistent-dir/db.txt"));
+    ASSERT_NE(nullptr, writer.m_pFile);
+    writer.WriteDB();
+    writer.Close();
+    writer.Close();
+    EXPECT_EQ(nullptr, writer.m_pFile);
+}
+
+}  // namespace
