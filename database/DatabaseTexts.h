@@ -77,4 +77,28 @@ constexpr char kUnknownStruct[] = "Error : Unknown struct %s.";
 constexpr char kUnknownSignal[] = "Error : Unknown signal %s.";
 constexpr char kCouldNotOpen[] = "Error : Could not open file %s to read.\n";
 
+// Record reader: the parameter it keeps, the fixed first report it skips, its
+// open failures by file type and its duplicate and mismatch messages ("Error :"
+// and "Error:" both occur, as the diagnostics tools expect them).
+constexpr char kKscVersion[] = "KSC Version";
+constexpr char kPrintfReportName[] = "PRINTF__PRINTF__PRINTF";
+constexpr char kOpenPredefinedFailed[] = "Error : Opening Predefined DB FILE %s\n";
+constexpr char kOpenOrdinaryFailed[] = "Error : Could not Open file %s for read.\n";
+constexpr char kDupCommandInit[] = "Error : Duplicate command CAT123 for %s in Init database.";
+constexpr char kDupCommandPredefined[] = "Error : Duplicate command CAT123 for %s in predefined database.";
+constexpr char kDupCommandWarning[] = "Warning :Duplicate Command Cat123 %s on files %s and %s";
+constexpr char kMismatchCommand[] = "Error: Mismatched predefined command -  %s, on line %d\n";
+constexpr char kDupCommandId[] = "Error : Duplicate command ID for %s in predefined database.";
+constexpr char kDupReportInit[] = "Error : Duplicate report CAT123 for %s in Init database.";
+constexpr char kDupReportPredefined[] = "Error : Duplicate report CAT123 for %s in predefined database.";
+constexpr char kDupReportWarning[] = "Warning :Duplicate Report Cat123 %s on files %s and %s";
+constexpr char kMismatchReport[] = "Error: Mismatched predefined report -  %s, on line %d\n";
+constexpr char kDupReportId[] = "Error : Duplicate report ID for %s in predefined database.";
+constexpr char kDupEnumInit[] = "Error: Duplicate Enum for %s in Init database.";
+constexpr char kDupEnumPredefined[] = "Error: Duplicate Enum for %s in predefined database.";
+constexpr char kDupStructInit[] = "Error : Duplicate Struct for %s in Init database.";
+constexpr char kDupStructPredefined[] = "Error : Duplicate Struct for %s in predefined database.";
+constexpr char kDupUnionInit[] = "Error: Duplicate Union for %s in Init database.";
+constexpr char kDupUnionPredefined[] = "Error: Duplicate Union for %s in predefined database.";
+
 }  // namespace dbtexts
