@@ -133,6 +133,20 @@ bool QuotedPart(CString const& text, CString& part) {
     return true;
 }
 
+// The report that heads the report section on every run: all three categories
+// "PRINTF", the plain format, every number 0 and the wrap flag clear.
+stReport BuiltInReport() {
+    stReport report;
+    report.m_strCat1 = storagetexts::kBuiltInReportCategory;
+    report.m_strCat2 = storagetexts::kBuiltInReportCategory;
+    report.m_strCat3 = storagetexts::kBuiltInReportCategory;
+    report.m_strFormat = storagetexts::kBuiltInReportFormat;
+    report.m_nFilterState = 0;
+    report.m_nReserved2 = 0;
+    report.m_nReserved4 = 0;
+    return report;
+}
+
 }  // namespace
 
 CStorage::CStorage(stData* data) : m_pData(data) {}
@@ -381,12 +395,7 @@ void CStorage::PrintCommands() {
 // written, since the walk over stored reports starts at 1.
 void CStorage::PrintReports() {
     if (!m_pDBWriter) return;
-    stReport builtIn;
-    builtIn.m_strCat1 = storagetexts::kBuiltInReportCategory;
-    builtIn.m_strCat2 = storagetexts::kBuiltInReportCategory;
-    builtIn.m_strCat3 = storagetexts::kBuiltInReportCategory;
-    builtIn.m_strFormat = storagetexts::kBuiltInReportFormat;
-    m_pDBWriter->WriteReport(builtIn);
+    m_pDBWriter->WriteReport(BuiltInReport());
     int32_t highest = m_pData ? m_pData->m_nMaxReportID : 0;
     for (int32_t id : IdsBetween(m_ReportIds, 1, highest)) {
         if (stReport* report = FindReportById(id)) m_pDBWriter->WriteReport(*report);
