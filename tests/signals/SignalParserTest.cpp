@@ -56,11 +56,11 @@ TEST(CSignalParser, ParseSignalsMissingHeaderStopsBeforeDone) {
     stData data;
     CStorage store(&data);
     CString path = "/nonexistent/dir/signals.h";
-    CSignalParser parser(path, store, ENUM_SIZE_BY_RANGE);
+    auto parser = std::make_unique<CSignalParser>(path, store, ENUM_SIZE_BY_RANGE);
     testsupport::CaptureStdout capture;
-    EXPECT_FALSE(parser.ParseSignals(store));
+    EXPECT_FALSE(parser->ParseSignals(store));
     EXPECT_EQ("Error : Could not open file /nonexistent/dir/signals.h to read.\n", capture.Stop());
-    EXPECT_EQ(CString("Could not open signals file /nonexistent/dir/signals.h"), parser.m_strError);
+    EXPECT_EQ(CString("Could not open signals file /nonexistent/dir/signals.h"), parser->m_strError);
     EXPECT_TRUE(store.Enums().IsEmpty());
 }
 
@@ -125,21 +125,27 @@ TEST(CSignalParser, FindEnumSizeByModeAndRange) {
         {ENUM_SIZE_BY_RANGE, {-1, 127}, 2},                      // one above the upper bound
         {ENUM_SIZE_BY_RANGE, {static_cast<int32_t>(0x80000000u), 5}, 2},  // the smallest int
     };
+    stData data;
+    CStorage store(&data);
+    CString path;
     for (Row const& row : rows) {
-        SignalRun run("", row.mode);
-        AddEnum(*run.parser, "E", row.values);
+        auto parser = std::make_unique<CSignalParser>(path, store, row.mode);
+        AddEnum(*parser, "E", row.values);
         CString name = "E";
-        EXPECT_EQ(row.expected, run.parser->FindEnumSize(name)) << "mode " << row.mode << ", " << row.values.size()
-                                                                << " values";
+        EXPECT_EQ(row.expected, parser->FindEnumSize(name)) << "mode " << row.mode << ", " << row.values.size()
+                                                            << " values";
     }
 }
 
 TEST(CSignalParser, FindEnumSizeFindsFurtherNamesAndSurvivesUnknown) {
-    SignalRun run("");
-    AddEnum(*run.parser, "E", {300});
-    static_cast<CEnum*>(run.parser->m_EnumList.GetHead())->m_lstNames.AddTail("Alias");
+    stData data;
+    CStorage store(&data);
+    CString path;
+    auto parser = std::make_unique<CSignalParser>(path, store, ENUM_SIZE_BY_RANGE);
+    AddEnum(*parser, "E", {300});
+    static_cast<CEnum*>(parser->m_EnumList.GetHead())->m_lstNames.AddTail("Alias");
     CString alias = "Alias";
     CString unknown = "Nowhere";
-    EXPECT_EQ(2, run.parser->FindEnumSize(alias));
-    EXPECT_EQ(1, run.parser->FindEnumSize(unknown));
+    EXPECT_EQ(2, parser->FindEnumSize(alias));
+    EXPECT_EQ(1, parser->FindEnumSize(unknown));
 }
