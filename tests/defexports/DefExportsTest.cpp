@@ -1,11 +1,11 @@
-// Tests of CDefExports: finding the section markers, the lines the replacement
-// removes for each marker placement, and the bytes written back.
+// Tests of CDefExports: the lines the replacement removes for each placement
+// of the section markers, files it refuses, and the bytes written back.
 #include "DefExports.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <cstdio>
-#include <cstdlib>
 #include <string>
 
 #include "TestSupport.h"
@@ -15,131 +15,75 @@ using testsupport::ReadFile;
 using testsupport::ScratchDir;
 using testsupport::WriteFile;
 
+#define BEGIN ";KESTRIN EXPORTS BEGIN\n"
+#define END ";KESTRIN EXPORTS END\n"
+
 namespace {
 
-struct UpdateResult {
-    int opened = 0;
-    bool closed = false;
-    std::string file;  // the file afterwards
-    std::string err;   // standard error
-    std::string path;  // the file's path (its folder is gone by then)
+struct Outcome {
+    bool rewritten = false;
+    std::string file;  // afterwards
+    std::string err;
+    std::string path;
 };
 
-// Writes text to a .def file, opens it, adds A and B, closes it.
-UpdateResult Update(std::string const& text) {
+// Writes text to a file, then Open, Add("A"), Add("B"), Close.
+Outcome Update(std::string const& text) {
     ScratchDir dir;
-    std::string path = dir.File("module.def");
-    WriteFile(path, text);
-    UpdateResult result;
-    result.path = path;
+    Outcome outcome;
+    outcome.path = dir.File("module.def");
+    WriteFile(outcome.path, text);
     CaptureStderr err;
     CDefExports exports;
-    result.opened = exports.Open(path.c_str());
+    exports.Open(outcome.path.c_str());
     exports.Add("A");
     exports.Add("B");
-    result.closed = exports.Close();
-    result.err = err.Stop();
-    result.file = ReadFile(path);
-    return result;
+    outcome.rewritten = exports.Close();
+    outcome.err = err.Stop();
+    outcome.file = ReadFile(outcome.path);
+    return outcome;
 }
 
 }  // namespace
 
-TEST(CDefExports, CloseReplacesLinesBetweenMarkersStartingAtTop) {
-    UpdateResult r = Update(
-        ";KESTRIN EXPORTS BEGIN\n"
-        "\told1\n"
-        "\told2\n"
-        "\told3\n"
-        ";KESTRIN EXPORTS END\n"
-        "tail\n");
-    EXPECT_EQ(1, r.opened);
-    EXPECT_TRUE(r.closed);
-    EXPECT_EQ(
-        ";KESTRIN EXPORTS BEGIN\n"
-        "\tA\n"
-        "\tB\n"
-        ";KESTRIN EXPORTS END\n"
-        "tail\n",
-        r.file);
-    EXPECT_EQ("", r.err);
+TEST(CDefExports, CloseReplacesSectionByMarkerPlacement) {
+    struct Row {
+        char const* before;
+        char const* after;
+    } const rows[] = {
+        // markers on 0 and 4: exactly lines 1 to 3 go
+        {BEGIN "1\n2\n3\n" END "t\n", BEGIN "\tA\n\tB\n" END "t\n"},
+        // adjacent markers on 2 and 3: the count is 0, so the end marker goes
+        {"0\n1\n" BEGIN END "t\n", "0\n1\n" BEGIN "\tA\n\tB\nt\n"},
+        // markers on 2 and 5: lines 2 and 3 go, the names follow the old line 4
+        {"0\n1\n" BEGIN "3\n4\n" END, "0\n1\n4\n\tA\n\tB\n" END},
+        // markers on 3 and 5: lines 1 to 4 go and the names land past the end
+        // of what is left, after empty lines
+        {"0\n1\n2\n" BEGIN "4\n" END, "0\n" END "\n\n\tA\n\tB\n"},
+        // end marker above the begin marker: nothing goes; the last marker
+        // line of each kind counts and may carry more text
+        {END BEGIN "x\n;KESTRIN EXPORTS BEGIN v2\ny\n", END BEGIN "x\n;KESTRIN EXPORTS BEGIN v2\n\tA\n\tB\ny\n"},
+        // CR LF ends are read away; a carriage return inside a line ends what
+        // is written of it, line feed included
+        {"a\rb\r\n;KESTRIN EXPORTS BEGIN\r\n;KESTRIN EXPORTS END\r\n\r\nlast", "a" BEGIN "\tA\n\tB\n\nlast\n"},
+    };
+    for (Row const& row : rows) {
+        Outcome outcome = Update(row.before);
+        EXPECT_TRUE(outcome.rewritten) << row.before;
+        EXPECT_EQ(row.after, outcome.file) << row.before;
+        EXPECT_EQ("", outcome.err);
+    }
 }
 
-TEST(CDefExports, CloseWithAdjacentMarkersDropsEndMarker) {
-    UpdateResult r = Update(
-        "LIBRARY x\n"
-        "EXPORTS\n"
-        ";KESTRIN EXPORTS BEGIN\n"
-        ";KESTRIN EXPORTS END\n"
-        "tail\n");
-    EXPECT_EQ(
-        "LIBRARY x\n"
-        "EXPORTS\n"
-        ";KESTRIN EXPORTS BEGIN\n"
-        "\tA\n"
-        "\tB\n"
-        "tail\n",
-        r.file);
-}
-
-TEST(CDefExports, CloseWithMarkersOnTwoAndFiveRemovesBeginMarker) {
-    UpdateResult r = Update(
-        "line0\n"
-        "line1\n"
-        ";KESTRIN EXPORTS BEGIN\n"
-        "line3\n"
-        "line4\n"
-        ";KESTRIN EXPORTS END\n");
-    EXPECT_EQ(
-        "line0\n"
-        "line1\n"
-        "line4\n"
-        "\tA\n"
-        "\tB\n"
-        ";KESTRIN EXPORTS END\n",
-        r.file);
-}
-
-TEST(CDefExports, CloseWithRemovalPastInsertPointPadsWithEmptyLines) {
-    // Markers on 3 and 5: lines 1 to 4 go, the file shrinks to two lines and
-    // the names land at index 4, after two empty lines.
-    UpdateResult r = Update("l0\nl1\nl2\n;KESTRIN EXPORTS BEGIN\nl4\n;KESTRIN EXPORTS END\n");
-    EXPECT_EQ("l0\n;KESTRIN EXPORTS END\n\n\n\tA\n\tB\n", r.file);
-}
-
-TEST(CDefExports, CloseWithMarkersOnOneAndNineRemovesUpToCount) {
-    // Markers on 1 and 9 of ten lines: RemoveAt(2, 7) removes lines 2 to 7.
-    UpdateResult r = Update("l0\n;KESTRIN EXPORTS BEGIN\nl2\nl3\nl4\nl5\nl6\nl7\nl8\n;KESTRIN EXPORTS END\n");
-    EXPECT_EQ("l0\n;KESTRIN EXPORTS BEGIN\n\tA\n\tB\nl8\n;KESTRIN EXPORTS END\n", r.file);
-}
-
-TEST(CDefExports, CloseWithEndMarkerAboveBeginRemovesNothing) {
-    UpdateResult r = Update(";KESTRIN EXPORTS END\nx\n;KESTRIN EXPORTS BEGIN\ny\n");
-    EXPECT_EQ(";KESTRIN EXPORTS END\nx\n;KESTRIN EXPORTS BEGIN\n\tA\n\tB\ny\n", r.file);
-}
-
-TEST(CDefExports, OpenWithoutEndMarkerWarnsAndLeavesFileUntouched) {
-    std::string text = ";KESTRIN EXPORTS BEGIN\n\told\n";
-    UpdateResult r = Update(text);
-    EXPECT_EQ(0, r.opened);
-    EXPECT_FALSE(r.closed);
-    EXPECT_EQ(text, r.file);
-    EXPECT_EQ("[KSC Warning:] Kestrin export section is missing from file " + r.path + "\n", r.err);
-}
-
-TEST(CDefExports, OpenIgnoresMarkerNotAtLineStart) {
-    std::string text = " ;KESTRIN EXPORTS BEGIN\n;KESTRIN EXPORTS END\n";
-    UpdateResult r = Update(text);
-    EXPECT_EQ(0, r.opened);
-    EXPECT_EQ(text, r.file);
-    EXPECT_EQ("[KSC Warning:] Kestrin export section is missing from file " + r.path + "\n", r.err);
-}
-
-TEST(CDefExports, OpenTakesLastMarkerAndMarkerPrefix) {
-    // The later begin marker (line 2) wins over line 0, text after a marker is
-    // allowed: RemoveAt(3, 1) takes lines 1 to 3 and the names land at index 3.
-    UpdateResult r = Update(";KESTRIN EXPORTS BEGIN\nx\n;KESTRIN EXPORTS BEGIN v2\ny\n;KESTRIN EXPORTS END here\n");
-    EXPECT_EQ(";KESTRIN EXPORTS BEGIN\n;KESTRIN EXPORTS END here\n\n\tA\n\tB\n", r.file);
+TEST(CDefExports, OpenWithoutBothMarkersWarnsAndLeavesFileUntouched) {
+    for (char const* text : {BEGIN "\told\n",  // no end marker
+                             " " BEGIN END,    // a marker not at the line start
+                             "EXPORTS\n\tX;KESTRIN EXPORTS BEGIN\n" END}) {
+        Outcome outcome = Update(text);
+        EXPECT_FALSE(outcome.rewritten);
+        EXPECT_EQ(text, outcome.file);
+        EXPECT_EQ("[KSC Warning:] Kestrin export section is missing from file " + outcome.path + "\n", outcome.err);
+    }
 }
 
 TEST(CDefExports, OpenOfEmptyOrMissingPathFailsSilently) {
@@ -151,29 +95,15 @@ TEST(CDefExports, OpenOfEmptyOrMissingPathFailsSilently) {
     EXPECT_EQ("", err.Stop());
 }
 
-TEST(CDefExports, CloseCutsLinesAtCarriageReturnAndDropsCrLfEnds) {
-    // CR LF line ends are read away; a CR inside a line ends the written text
-    // there, without a line feed; so does a name holding a line feed.
-    ScratchDir dir;
-    std::string path = dir.File("crlf.def");
-    WriteFile(path, "a\rb\r\n;KESTRIN EXPORTS BEGIN\r\n;KESTRIN EXPORTS END\r\n\r\nlast");
-    CDefExports exports;
-    ASSERT_EQ(1, exports.Open(path.c_str()));
-    exports.Add("N\nM");
-    exports.Add("\rX");
-    EXPECT_TRUE(exports.Close());
-    EXPECT_EQ("a;KESTRIN EXPORTS BEGIN\n\tN\t\nlast\n", ReadFile(path));
-}
-
 TEST(CDefExports, CloseOfUnwritableFileReportsError) {
     ScratchDir dir;
-    std::string path = dir.File("ro.def");
-    WriteFile(path, ";KESTRIN EXPORTS BEGIN\n;KESTRIN EXPORTS END\n");
+    std::string path = dir.File("gone.def");
+    WriteFile(path, BEGIN END);
     CDefExports exports;
     ASSERT_EQ(1, exports.Open(path.c_str()));
-    // Replacing the file by a folder makes the rewrite fail whoever runs the test.
+    // A folder in the file's place cannot be opened for writing, whoever runs the test.
     std::remove(path.c_str());
-    ASSERT_EQ(0, std::system(("mkdir '" + path + "'").c_str()));
+    ASSERT_EQ(0, mkdir(path.c_str(), 0755));
     CaptureStderr err;
     EXPECT_FALSE(exports.Close());
     EXPECT_EQ("[KSC Error:] Could not open file " + path + " for writing.\n", err.Stop());
@@ -185,18 +115,4 @@ TEST(CDefExports, InsetWithoutMarkersWarnsAndReturnsZero) {
     CaptureStderr err;
     EXPECT_EQ(0, exports.InsetExportsToFileContents());
     EXPECT_EQ("[KSC Warning:] Kestrin export section is missing from file m.def\n", err.Stop());
-}
-
-TEST(CDefExports, InsetLeavesEndIndexAfterInsertedNames) {
-    CDefExports exports;
-    for (char const* line : {"b", ";KESTRIN EXPORTS BEGIN", "old", ";KESTRIN EXPORTS END"})
-        exports.m_FileLines.Add(line);
-    exports.m_nBeginLine = 1;
-    exports.m_nEndLine = 3;
-    exports.Add("X");
-    EXPECT_EQ(1, exports.InsetExportsToFileContents());
-    // RemoveAt(2, 1) takes lines 1 and 2; the name is appended at index 2.
-    EXPECT_EQ(3, exports.m_nEndLine);
-    ASSERT_EQ(3u, exports.m_FileLines.GetSize());
-    EXPECT_EQ("\tX", std::string(exports.m_FileLines[2].GetData()));
 }
