@@ -80,7 +80,9 @@ void CutMessageLine(CString const& line, stMessage& message) {
 }
 
 // "identifier + 1", kept at the largest identifier instead of wrapping.
-int32_t NextAfter(int32_t id) { return id == INT32_MAX ? id : id + 1; }
+int32_t NextAfter(int32_t id) {
+    return id == INT32_MAX ? id : id + 1;
+}
 
 // The store routines of one message kind, so that commands and reports share
 // one builder.
@@ -151,8 +153,10 @@ bool CKSLDBParser::ParseFile(char const* path, eFileType type) {
     if (!m_File.Open(path, "rb")) {
         m_bOpenFailed = true;
         // The Init database fails silently; its caller knows what it asked for.
-        if (type == FILE_PREDEFINED) std::printf(kOpenPredefinedFailed, path ? path : "");
-        else if (type == FILE_ORDINARY) std::printf(kOpenOrdinaryFailed, path ? path : "");
+        if (type == FILE_PREDEFINED)
+            std::printf(kOpenPredefinedFailed, path ? path : "");
+        else if (type == FILE_ORDINARY)
+            std::printf(kOpenOrdinaryFailed, path ? path : "");
         return false;
     }
     m_eFileType = type;
@@ -182,15 +186,21 @@ bool CKSLDBParser::ReadLaterSections(CString& header) {
         void (CKSLDBParser::*build)();
     };
     static constexpr Section kSections[] = {
-        {kParameters, &CKSLDBParser::BuildParametersInfo}, {kNvm, &CKSLDBParser::BuildStructsInfo},
-        {kEnumsTitle, &CKSLDBParser::BuildEnumTitlesInfo}, {kEnums, &CKSLDBParser::BuildEnumsInfo},
-        {kUnions, &CKSLDBParser::BuildUnionsInfo},         {kSignals, nullptr},
-        {kSignalTable, nullptr},                           {kGroups, nullptr},
+        {kParameters, &CKSLDBParser::BuildParametersInfo},
+        {kNvm, &CKSLDBParser::BuildStructsInfo},
+        {kEnumsTitle, &CKSLDBParser::BuildEnumTitlesInfo},
+        {kEnums, &CKSLDBParser::BuildEnumsInfo},
+        {kUnions, &CKSLDBParser::BuildUnionsInfo},
+        {kSignals, nullptr},
+        {kSignalTable, nullptr},
+        {kGroups, nullptr},
     };
     for (Section const& section : kSections) {
         if (header != section.keyword) continue;
-        if (section.build) (this->*section.build)();
-        else if (!SkipSection()) return false;
+        if (section.build)
+            (this->*section.build)();
+        else if (!SkipSection())
+            return false;
         if (!ReadLine(header)) return false;
     }
     // The last section: nothing follows it, so no further header is read.
@@ -198,9 +208,13 @@ bool CKSLDBParser::ReadLaterSections(CString& header) {
     return true;
 }
 
-bool CKSLDBParser::ReadLine(CString& line) { return m_File.ReadString(line) != 0; }
+bool CKSLDBParser::ReadLine(CString& line) {
+    return m_File.ReadString(line) != 0;
+}
 
-bool CKSLDBParser::ReadRecordLine(CString& line) { return ReadLine(line) && !line.StartsWith(kEnd); }
+bool CKSLDBParser::ReadRecordLine(CString& line) {
+    return ReadLine(line) && !line.StartsWith(kEnd);
+}
 
 bool CKSLDBParser::SkipSection() {
     CString line;
@@ -267,8 +281,8 @@ void CKSLDBParser::BuildCommandsInfo() {
 }
 
 void CKSLDBParser::BuildReportsInfo() {
-    static constexpr MessageTexts kTexts = {kDupReportInit, kDupReportPredefined, kDupReportWarning,
-                                            kMismatchReport, kDupReportId};
+    static constexpr MessageTexts kTexts = {kDupReportInit, kDupReportPredefined, kDupReportWarning, kMismatchReport,
+                                            kDupReportId};
     BuildMessagesInfo<ReportOps>(kTexts);
 }
 
@@ -356,8 +370,10 @@ void CKSLDBParser::BuildParametersInfo() {
 
 bool CKSLDBParser::GetEnumTitle(CString& name, CString& rest) {
     if (!ReadRecordLine(rest)) return false;
-    if (HasAtLeastThreeCommas(rest)) name = CutField(rest);
-    else name.Empty();
+    if (HasAtLeastThreeCommas(rest))
+        name = CutField(rest);
+    else
+        name.Empty();
     return true;
 }
 
@@ -451,9 +467,13 @@ bool CNvmRecord::IsHeader() const {
     return m_strField3.IsEmpty() && m_strField4.IsEmpty() && m_strField5.IsEmpty();
 }
 
-CString const& CNvmRecord::StructName() const { return m_strField2.IsEmpty() ? m_strField1 : m_strField2; }
+CString const& CNvmRecord::StructName() const {
+    return m_strField2.IsEmpty() ? m_strField1 : m_strField2;
+}
 
-CString const& CNvmRecord::FieldName() const { return m_strField2.IsEmpty() ? m_strField3 : m_strField5; }
+CString const& CNvmRecord::FieldName() const {
+    return m_strField2.IsEmpty() ? m_strField3 : m_strField5;
+}
 
 bool CKSLDBParser::GetNvmDBRecord(CNvmRecord* record) {
     CString rest;

@@ -122,7 +122,8 @@ TEST_F(CKSLDBParserTest, DuplicateWarningIsNotFatalBelowItsLevel) {
 TEST_F(CKSLDBParserTest, DuplicateRecordNamesByFileType) {
     std::string const nvm = "S,,,,,0,0,,\nS,,,,,0,0,,\n";
     std::string const enums = "E,A,1,\nF,B,2,\nE,C,3,\n";
-    std::string const unions = "U,a,UINT8,primitive,1,0\nU,a,UINT8,primitive,1,0\nV,b,x,primitive,1,0\nU,c,x,primitive,1,0\n";
+    std::string const unions =
+        "U,a,UINT8,primitive,1,0\nU,a,UINT8,primitive,1,0\nV,b,x,primitive,1,0\nU,c,x,primitive,1,0\n";
     struct Row {
         eFileType type;
         std::string file;
@@ -219,7 +220,8 @@ TEST_F(CKSLDBParserTest, MinusInLeadingNumberMeansUnassigned) {
         lines += std::string(rows[i].field) + "," + std::to_string(i) + ",1,0,C,M," + std::to_string(i) + ",t\n";
     Parse(Messages(lines, ""), FILE_INIT);
     for (size_t i = 0; i < sizeof rows / sizeof rows[0]; ++i)
-        EXPECT_EQ(rows[i].leading, m_Target.FindCommandById(static_cast<int32_t>(i))->m_nLeadingNumber) << rows[i].field;
+        EXPECT_EQ(rows[i].leading, m_Target.FindCommandById(static_cast<int32_t>(i))->m_nLeadingNumber)
+            << rows[i].field;
 }
 
 TEST_F(CKSLDBParserTest, PositionLineSetsLineAndFileOfNextMessage) {
@@ -234,7 +236,8 @@ TEST_F(CKSLDBParserTest, PositionLineSetsLineAndFileOfNextMessage) {
         {"#", 0, ""},
     };
     std::string lines;
-    for (size_t i = 0; i < 4; ++i) lines += std::string(rows[i].line) + "\n0," + std::to_string(i) + ",1,0,P,L," + std::to_string(i) + ",t\n";
+    for (size_t i = 0; i < 4; ++i)
+        lines += std::string(rows[i].line) + "\n0," + std::to_string(i) + ",1,0,P,L," + std::to_string(i) + ",t\n";
     Parse(Messages(lines, ""), FILE_INIT);
     for (size_t i = 0; i < 4; ++i) {
         stCommand* command = m_Target.FindCommandById(static_cast<int32_t>(i));
@@ -265,7 +268,8 @@ TEST_F(CKSLDBParserTest, SecondParseKeepsFirstVersionAndParametersCollectKscVers
     uint32_t version = 99;
     EXPECT_FALSE(parser.GetDBVersion(version));
     EXPECT_EQ(99u, version);
-    WriteFile(m_Dir.File("a.txt"), Messages("", "") + "Parameters\nKSC Version,2.1\nOSType,Linux\nKSC Version,3,b\n<end>\nMonitorParams\n");
+    WriteFile(m_Dir.File("a.txt"),
+              Messages("", "") + "Parameters\nKSC Version,2.1\nOSType,Linux\nKSC Version,3,b\n<end>\nMonitorParams\n");
     WriteFile(m_Dir.File("b.txt"), "DbVersion\n40,1\n<end>\n");
     EXPECT_TRUE(parser.ParseFile(m_Dir.File("a.txt").c_str(), FILE_ORDINARY));
     EXPECT_FALSE(parser.ParseFile(m_Dir.File("b.txt").c_str(), FILE_ORDINARY));  // ends before its next header
@@ -285,7 +289,8 @@ TEST_F(CKSLDBParserTest, RecordsAreWrittenBackAsRead) {
         "T,,,,,0,0,,plain\nT,,x,UINT16,unsigned short,1,0,,\n"
         "S,,,,,0,1,inf,desc@ITEM_MODE@@ITEM_UNIT@@ITEM_DEPENDENCY@dep\n"
         "T,S,,,t,2,1,inf,\nS,,e,enum,Colour,1,1,inf,d@ITEM_MODE@m@ITEM_UNIT@u@ITEM_DEPENDENCY@\n"
-        "S,,p,pointer,UINT32*,1,1,inf,\nS,,f(a,b),UINT8,char,3,1,inf,\nS,,f(a,b),UINT8,char,4,1,inf,\n" + eleven,
+        "S,,p,pointer,UINT32*,1,1,inf,\nS,,f(a,b),UINT8,char,3,1,inf,\nS,,f(a,b),UINT8,char,4,1,inf,\n" +
+            eleven,
         "Colour,1,Title,Desc\n", "Colour,Red,0,r\nColour,Green,1,\n",
         "U,a,UINT8,primitive,1,0\nU,b,Colour,enum,1,0\nU,c,struct,T,2,0\nU,c,struct,T,3,0\nU,d,V,union,1,0\n"
         "U,e,UINT8*,pointer,1,0\n",
@@ -309,8 +314,8 @@ TEST_F(CKSLDBParserTest, TitleContinuationJoinsDescription) {
 }
 
 TEST_F(CKSLDBParserTest, MalformedInputsEndSafely) {
-    std::string const full = Sections("S,,,,,0,1,i,d\nS,,x,enum,E,2,1,i,\n", "E,1,t,d\n", "E,A,1,\n",
-                                      "U,a,x,primitive,1,0\n", "U,I\n");
+    std::string const full =
+        Sections("S,,,,,0,1,i,d\nS,,x,enum,E,2,1,i,\n", "E,1,t,d\n", "E,A,1,\n", "U,a,x,primitive,1,0\n", "U,I\n");
     for (size_t cut = 0; cut < full.size(); ++cut) {
         stData data;
         CStorage target(&data);
