@@ -97,14 +97,6 @@ TEST(WholeJob, DoNotPreprocessMarkerSkipsHeader) {
     EXPECT_EQ(testsupport::ReadFile(kData + "no_preprocess/expected_database.txt"), job.Database());
 }
 
-TEST(WholeJob, NoArgumentsWritesNothingAndEnds) {
-    JobRun job;
-    job.result = testsupport::Run(KS_KSMANCMD_PATH, {}, job.dir.Path());
-    EXPECT_EQ(0, job.result.status);
-    EXPECT_EQ(kBanner + "Error : Could not open file  to read.\nError : Could not open file  to read.\n",
-              job.result.out);
-}
-
 // The first run normalises what only the database holds (a union read back
 // with its type and kind columns swapped, a structure field whose type is
 // listed later); the second run finds the header's enumeration stored and keeps
