@@ -5,7 +5,6 @@
 
 #include <cstdlib>
 #include <string>
-#include <vector>
 
 #include "KSLDBParser.h"
 #include "KSLDBWriter.h"
