@@ -77,18 +77,6 @@ TEST(DBLoader, SectionKeywordsComparePrefixOrWholeLine) {
     EXPECT_EQ(1, monitor->m_nFlag);
 }
 
-TEST(DBLoader, ReportsKeepTheirWrapper) {
-    stData data;
-    CStorage store(&data);
-    Load(store, data, "EnumVals\n<end>\nEnumVals\n0,0,0,0,PRINTF,PRINTF,PRINTF,x\n2,4,0,0,R,S,T,diagPrintf(\"a\")\n<end>\n");
-    stReport const* report = store.FindReportByName("R__S__T");
-    ASSERT_NE(nullptr, report);
-    EXPECT_EQ("diagPrintf(\"a\")", std::string(report->m_strFormat));
-    EXPECT_FALSE(report->m_bWrap);
-    EXPECT_NE(nullptr, store.FindReportByName("PRINTF__PRINTF__PRINTF"));
-    EXPECT_EQ(4, data.m_nMaxReportID);
-}
-
 TEST(DBLoader, StructLinesSplitParenthesisAndMarkers) {
     stData data;
     CStorage store(&data);
@@ -117,32 +105,6 @@ TEST(DBLoader, EnumsTitleContinuationLinesJoinLastCreated) {
     EXPECT_EQ("t", std::string(a->m_strTitle));
     EXPECT_TRUE(a->m_bFlag && a->m_bHasTitle);
     EXPECT_EQ(2, store.Enums().GetCount());
-}
-
-TEST(DBLoader, UnionMembersReadKindFromThirdColumn) {
-    struct Row {
-        char const* line;
-        int32_t kind;
-        char const* typeAndText;
-    } const rows[] = {
-        {"U,m,struct,P,2,0", KIND_STRUCT, "P/struct"},
-        {"U,m,enum,E,2,0", KIND_ENUM, "E/E"},
-        {"U,m,union,X,2,0", KIND_UNION, "union/X"},
-        {"U,m,pointer,X,2,0", KIND_POINTER, "pointer/X"},
-        {"U,m,int,primitive,2,0", KIND_PRIMITIVE, "int/primitive"},  // as the writer writes a primitive
-    };
-    for (Row const& row : rows) {
-        stData data;
-        CStorage store(&data);
-        Load(store, data, std::string("Unions\n") + row.line + "\n<end>\n");
-        stUnion const* record = store.FindUnionByName("U");
-        ASSERT_NE(nullptr, record);
-        stStructVar const& member = record->m_Fields.GetAt(0);
-        EXPECT_EQ(row.kind, member.m_nKind) << row.line;
-        EXPECT_EQ(row.typeAndText, std::string(member.m_strType + "/" + member.m_strTypeText));
-        EXPECT_FALSE(member.m_bSignal);
-        EXPECT_EQ(2, member.m_nDim[0]);
-    }
 }
 
 TEST(DBLoader, OneLineReadAfterEachEndExceptUnionIdentifiers) {

@@ -117,28 +117,20 @@ TEST(CKSLDBWriter, WriteStructVarUnknownTypeLeavesFieldOut) {
     EXPECT_EQ("", out.Stop());
 }
 
-TEST(CKSLDBWriter, WriteUnionPutsTypeTextBeforeKindText) {
-    stData data;
-    CStorage store(&data);
-    stSignal* signal = new stSignal;
-    signal->m_strName = "Sig";
-    store.AddSignal(signal);
-    stUnion record;
-    Add(record, Field("p", KIND_PRIMITIVE, "int", "unsigned int"));
-    stStructVar viaSignal = Field("s", KIND_STRUCT, "Sig", "struct");
-    viaSignal.m_bSignal = true;
-    Add(record, viaSignal);
-    for (int32_t kind : {KIND_ENUM, KIND_UNION, KIND_POINTER}) Add(record, Field("k", kind, "T", "tt"));
-    EXPECT_EQ("U,p,unsigned int,primitive,1,0\nU,s,struct,Sig,1,0\nU,k,T,enum,1,0\nU,k,tt,T,1,0\nU,k,tt,pointer,1,0\n",
-              Written(store, [&](CKSLDBWriter& w) { w.WriteUnion(record, "U"); }));
-}
-
-TEST(CKSLDBWriter, WriteSignalMemberShapes) {
+// Union lines put the type text before the kind text; signal members refer to
+// known signals or come out "unknown"; enumerator lines keep their line feeds.
+TEST(CKSLDBWriter, WriteUnionSignalAndEnumLines) {
     stData data;
     CStorage store(&data);
     stSignal* known = new stSignal;
     known->m_strName = "Known";
     store.AddSignal(known);
+    stUnion record;
+    Add(record, Field("p", KIND_PRIMITIVE, "int", "unsigned int"));
+    stStructVar viaSignal = Field("s", KIND_STRUCT, "Known", "struct");
+    viaSignal.m_bSignal = true;
+    Add(record, viaSignal);
+    for (int32_t kind : {KIND_ENUM, KIND_UNION, KIND_POINTER}) Add(record, Field("k", kind, "T", "tt"));
     CList<stSignalVar*> members;
     stSignalVar ofSignal, unknown, counted, odd;
     ofSignal.m_strName = "a", ofSignal.m_strTypeName = "Known", ofSignal.m_nCount = 2;
@@ -147,31 +139,19 @@ TEST(CKSLDBWriter, WriteSignalMemberShapes) {
     counted.m_Values.Add(5), counted.m_Values.Add(0xFFFFFFFFu);
     odd.m_nType = 9, odd.m_strName = "d", odd.m_strTypeName = "x";  // no word for code 9
     for (stSignalVar* member : {&ofSignal, &unknown, &counted, &odd}) members.AddTail(member);
-    EXPECT_EQ("Sg,,,,1,\na,Sg,,,2,Known\nSg,,Nope,unknown,1,b\nSg,,int,pointer,1,c\nSg,,int,pointer,5,c\n"
-              "Sg,,int,pointer,-1,c\nSg,,x,,1,d\n",
-              Written(store, [&](CKSLDBWriter& w) { w.WriteSignal("Sg", members); }));
-}
-
-TEST(CKSLDBWriter, WriteSmallRecordLines) {
-    stData data;
-    CStorage store(&data);
-    stMonitor monitor;
-    monitor.m_nNumber = 7, monitor.m_strName = "M", monitor.m_strThird = "t", monitor.m_nFlag = 5;
     stEnum titled, untitled;
     titled.m_strName = "E", titled.m_bFlag = true, titled.m_bHasTitle = true, titled.m_strTitle = "T";
-    titled.m_strDescription = "d\ne";
     titled.AddField("A", -2, "x\ny");
     untitled.m_strName = "F";
-    EXPECT_EQ("7,M,,t,1\nE,1,T,d\ne\nE,A,-2,x\ny\nX,A,-2,x\ny\nm,3,\ng,-4,\nu,i\n",
+    EXPECT_EQ("U,p,unsigned int,primitive,1,0\nU,s,struct,Known,1,0\nU,k,T,enum,1,0\nU,k,tt,T,1,0\nU,k,tt,pointer,1,0\n"
+              "Sg,,,,1,\na,Sg,,,2,Known\nSg,,Nope,unknown,1,b\nSg,,int,pointer,1,c\nSg,,int,pointer,5,c\n"
+              "Sg,,int,pointer,-1,c\nSg,,x,,1,d\nE,1,T,\nX,A,-2,x\ny\n",
               Written(store, [&](CKSLDBWriter& w) {
-                  w.WriteMonitor(monitor);
+                  w.WriteUnion(record, "U");
+                  w.WriteSignal("Sg", members);
                   w.WriteEnumTitle(titled);
                   w.WriteEnumTitle(untitled);
-                  w.WriteEnum(titled, "E");
                   w.WriteEnum(titled, "X");
-                  w.WriteSignalTable("m", 3);
-                  w.WriteGroup(stGroup("g", -4));
-                  w.WriteUnionIdentifier("u", "i");
               }));
 }
 
