@@ -18,6 +18,7 @@
 #pragma once
 
 #include <cstdint>
+#include <vector>
 
 #include "CFile.h"
 #include "CString.h"
@@ -173,8 +174,67 @@ public:
 
     // ---- indexes and helpers of the lexer and preprocessor (add below)
 
+    // GetToken reads the current line from an offset, so that a long line
+    // tokenises in linear time. m_strLine holds exactly the rest of the line
+    // whenever that rest is at most kExactLineLimit characters long (every
+    // ordinary header line); code outside the lexer that reads or replaces the
+    // line goes through CurrentLine(), which brings m_strLine up to date first.
+    static constexpr int32_t kExactLineLimit = 4096;
+    CString& CurrentLine();
+    // Empties the define table and its index; the driver calls it per file.
+    void ResetDefineTable();
+    // Records name with the value 0x80000001 (an enumeration left out in
+    // exported-only mode): counted like any entry, never entered in g_DefinesMap.
+    void AddHiddenEnumDefine(CString const& name);
+    void CommitLinePos();
+    void CheckLinePos();
+    void SetLinePos(int32_t pos);
+    void SkipLineBlanks();
+    void FinishLinePos();
+    bool LineStartsWith(char const* prefix) const;
+    bool LineIsEmpty() const;
+    CString EndOfFileToken();
+    void SkipBlockCommentLines(CFile* file, bool& endOfFile);
+    CString CutToken(int32_t length);
+    void HandleDirective(CFile* file);
+    CString DirectiveName() const;
+    bool StoreDefine(CString const& name, int32_t value);
+    void SyncDefineIndex();
+    int32_t m_nLinePos = 0;                     // start of the rest of the line in m_strLine
+    int32_t m_nLineSeenLength = 0;              // m_strLine as the lexer left it, to notice
+    char const* m_pLineSeenData = nullptr;      // a replacement made elsewhere
+    CString m_strReadBuffer;                    // ReadLine reads here first (EOF keeps the line)
+    int32_t m_nDirectiveDepth = 0;              // directives run one after another, not nested
+    bool m_bDirectivePending = false;
+    CMapStringTo<int32_t> m_DefineIndex{4099};  // name -> oldest entry of m_Defines
+    int32_t m_nDefineIndexCount = 0;            // entries of m_Defines already in the index
     // ---- indexes and helpers of the expressions and enumerations (add below)
 
+    // Evaluates up to the unmatched closing token: ")" for ParseBrackets, "]"
+    // for an array size.
+    int32_t ParseBracketsUntil(CFile* file, char const* closing);
+    void ApplyOperand(CString const& previous, CString const& token, int32_t& acc);
+    void NoteEnumListChanges();
+    void SyncEnumIndex();
+    void ClearEnumIndex();
+    void DropPartialEnum();
+    void IndexEnumValues(CEnum* enumeration, int32_t limit);
+    struct SEnumIndexEntry {
+        int32_t nOrdinal;  // position of the enumeration in m_EnumList
+        int32_t nValue;
+    };
+    // Enumerator name -> the first enumerator of that name in each enumeration,
+    // in list order. Holds every enumerator but the newest one of the last
+    // enumeration, whose value may still change; that one is read in place.
+    CMapStringTo<std::vector<SEnumIndexEntry>> m_EnumIndex{4099};
+    int32_t m_nEnumsIndexed = 0;           // leading enumerations indexed completely
+    void* m_posLastEnumIndexed = nullptr;  // list position of the last of them
+    CEnum* m_pEnumPartial = nullptr;       // the enumeration after them, indexed in part
+    int32_t m_nPartialValuesIndexed = 0;
+    void* m_posPartialValue = nullptr;     // list position of its last value indexed
+    std::vector<CString> m_PartialNames;   // names it put in the index
+    int32_t m_nEnumListSeen = 0;
+    bool m_bEnumIndexStale = false;
     // ---- helpers of the field types, structures and unions (add below)
 
     // ---- helpers of the driver and transfer (add below)

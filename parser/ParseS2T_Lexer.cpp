@@ -1,2 +1,285 @@
-// CParseS2T: lines, comments and tokens.
+// CParseS2T: lines, comments and tokens. ReadLine brings in one trimmed line,
+// cleaned of comments and with its directive handled; GetToken hands the
+// declaration parsers one word at a time, reading further lines by itself.
+// The rest of the current line is m_strLine from m_nLinePos on: a token is cut
+// by moving the offset, and m_strLine is brought up to date (CommitLinePos)
+// before any code reads it as a whole.
 #include "ParseS2T.h"
+
+#include <cstdio>
+#include <cstring>
+#include <utility>
+
+#include "ParserTexts.h"
+
+namespace {
+
+// The characters CString::TrimLeft removes: signed values 1 to 32.
+bool IsLeftBlank(char c) {
+    int32_t value = static_cast<signed char>(c);
+    return value >= 1 && value <= 32;
+}
+
+bool StartsWithText(CString const& line, char const* prefix) { return line.StartsWith(prefix); }
+
+}  // namespace
+
+// ---- the rest of the current line
+
+void CParseS2T::CheckLinePos() {
+    // Another part of the parser replaced m_strLine while an offset was pending:
+    // the new text is the whole rest of the line.
+    if (m_nLinePos == 0) return;
+    if (m_strLine.GetData() != m_pLineSeenData || m_strLine.GetLength() != m_nLineSeenLength ||
+        m_nLinePos > m_strLine.GetLength()) {
+        m_nLinePos = 0;
+    }
+}
+
+void CParseS2T::SetLinePos(int32_t pos) {
+    m_nLinePos = pos;
+    m_pLineSeenData = m_strLine.GetData();
+    m_nLineSeenLength = m_strLine.GetLength();
+}
+
+void CParseS2T::SkipLineBlanks() {
+    int32_t pos = m_nLinePos;
+    while (pos < m_strLine.GetLength() && IsLeftBlank(m_strLine.GetAt(pos))) ++pos;
+    SetLinePos(pos);
+}
+
+void CParseS2T::FinishLinePos() {
+    // Short rests are written back at once, so that m_strLine is exact for
+    // every ordinary line; only a rest longer than the limit keeps its offset.
+    if (m_strLine.GetLength() - m_nLinePos <= kExactLineLimit) CommitLinePos();
+}
+
+void CParseS2T::CommitLinePos() {
+    CheckLinePos();
+    if (m_nLinePos == 0) return;
+    int32_t rest = m_strLine.GetLength() - m_nLinePos;
+    m_strLine.Delete(0, m_nLinePos);
+    m_strLine.SetAt(rest, '\0');  // Delete leaves the old tail behind the text
+    m_nLinePos = 0;
+}
+
+CString& CParseS2T::CurrentLine() {
+    CommitLinePos();
+    return m_strLine;
+}
+
+bool CParseS2T::LineStartsWith(char const* prefix) const {
+    int32_t n = static_cast<int32_t>(std::strlen(prefix));
+    return m_strLine.GetLength() - m_nLinePos >= n && std::memcmp(m_strLine.GetData() + m_nLinePos, prefix, n) == 0;
+}
+
+bool CParseS2T::LineIsEmpty() const {
+    return m_strLine.GetLength() - m_nLinePos <= 0 || m_strLine.GetAt(m_nLinePos) == '\0';
+}
+
+// ---- lines
+
+int CParseS2T::ReadLine(CFile* file, int raw) {
+    if (!file || !file->ReadString(m_strReadBuffer)) return 0;
+    std::swap(m_strLine, m_strReadBuffer);
+    m_nLinePos = 0;
+    m_nLineNo = static_cast<int32_t>(static_cast<uint32_t>(m_nLineNo) + 1u);
+    m_strLine.Trim();
+    DisplayFileProcessedSizePercentage(file);
+    if (m_bExportedOnly) {
+        // A marker counts only on the line directly above its typedef, and only
+        // at the first character of the trimmed line.
+        if (StartsWithText(m_strLine, kTypedefStruct) && m_bExportedStruct) return 1;
+        m_bExportedStruct = StartsWithText(m_strLine, kExportedStructMarker);
+        if (StartsWithText(m_strLine, kTypedefEnum) && m_bExportedEnum) return 1;
+        m_bExportedEnum = StartsWithText(m_strLine, kExportedEnumMarker);
+    }
+    if (raw != 0) return 1;
+    DeleteRemark(m_strLine);
+    if (m_strLine.IsEmpty() || m_strLine.GetAt(0) != '#') return 1;
+    m_strLine.Remove('#');
+    m_strLine.TrimLeft(CString(kBlankAndTab));
+    if (StartsWithText(m_strLine, kKeywordInclude) || StartsWithText(m_strLine, kKeywordDefine)) return 1;
+    // A directive read while another is being handled is handled after it, by
+    // the loop in ParsePPStatements: a header of many directive lines in a row
+    // must not nest one call per line.
+    if (m_nDirectiveDepth > 0) m_bDirectivePending = true;
+    else ParsePPStatements(file);
+    return 1;
+}
+
+void CParseS2T::DisplayFileProcessedSizePercentage(CFile* file) {
+    m_nProgressLines = static_cast<int32_t>(static_cast<uint32_t>(m_nProgressLines) + 1u);
+    if (m_nProgressLines % 2000 != 0) return;
+    uint32_t position = static_cast<uint32_t>(file->GetPosition());
+    uint32_t length = static_cast<uint32_t>(m_nFileLength);
+    // An empty file yields no line, so a length of 0 only comes from a caller
+    // that never set it; it shows 0 rather than dividing by zero.
+    uint32_t percent = length ? position * 100u / length : 0u;
+    std::printf(kMsgFilePercentage, static_cast<long>(percent));
+}
+
+// ---- comments
+
+void CParseS2T::DeleteRemark(CString& line) {
+    int32_t slashes = line.Find(kLineComment);
+    if (slashes >= 0) line = line.Left(slashes);
+    // Every "/*" closed on the same line is deleted with its comment; the first
+    // one left open cuts the line. Done in one pass: after the "//" cut no
+    // deletion can join a new "/*" or "*/" out of the characters around it.
+    bool openingSeen = false;
+    CString kept;
+    int32_t from = 0;
+    for (;;) {
+        int32_t open = line.Find(kBlockCommentOpen, from);
+        if (open < 0) break;
+        m_bInComment = true;
+        openingSeen = true;
+        kept += line.Mid(from, open - from);
+        int32_t close = line.Find(kBlockCommentClose, open);
+        if (close < 0) {
+            from = line.GetLength();
+            break;
+        }
+        m_bInComment = false;
+        from = close + 2;
+    }
+    if (openingSeen) {
+        kept += line.Mid(from);
+        line = kept;
+    }
+    int32_t close = line.Find(kBlockCommentClose);
+    if (close >= 0) {
+        // The end of a comment opened on an earlier line.
+        m_bInComment = false;
+        line = line.Mid(close + 2);
+    }
+    if (!openingSeen && close < 0 && m_bInComment) line.Empty();
+}
+
+void CParseS2T::RemoveComments(CString& text) {
+    int32_t slashes = text.Find(kLineComment);
+    if (slashes >= 0) text = text.Left(slashes);
+    int32_t open = text.Find(kBlockCommentOpen);
+    if (open < 0) return;
+    // The tail is what follows the first "*/" from the start of the text. When
+    // there is none the tail is every character but the first (its position
+    // counts as -1); a "*/" at position 0 keeps no tail. Kept as directive
+    // lines have always been cleaned.
+    int32_t close = text.Find(kBlockCommentClose);
+    CString result = text.Left(open);
+    if (close != 0) result += text.Right(text.GetLength() - close - 2);
+    result.TrimRight(CString(kBlankAndTab));
+    text = result;
+}
+
+// ---- tokens
+
+CString CParseS2T::EndOfFileToken() {
+    FinishLinePos();
+    m_nTokenType = TOKEN_EOF;
+    return CString();
+}
+
+void CParseS2T::SkipBlockCommentLines(CFile* file, bool& endOfFile) {
+    // The comment's closing line is skipped too, with whatever follows "*/".
+    endOfFile = false;
+    do {
+        if (!ReadLine(file, 1)) {
+            endOfFile = true;
+            return;
+        }
+    } while (m_strLine.Find(kBlockCommentClose) < 0);
+    if (!ReadLine(file, 1)) endOfFile = true;
+}
+
+CString CParseS2T::CutToken(int32_t length) {
+    int32_t rest = m_strLine.GetLength() - m_nLinePos;
+    if (length == 0) length = 1;
+    if (length < 0 || length > rest) length = rest;
+    char const* start = m_strLine.GetData() + m_nLinePos;
+    // A token that ends with "/*" leaves the opener in the line.
+    if (length > 2 && start[length - 2] == '/' && start[length - 1] == '*') length -= 2;
+    CString token(start, length);
+    SetLinePos(m_nLinePos + length);
+    SkipLineBlanks();
+    FinishLinePos();
+    token.Trim();
+    return token;
+}
+
+CString CParseS2T::GetToken(CFile* file) {
+    NoteEnumListChanges();
+    CheckLinePos();
+    m_nTokenType = TOKEN_ORDINARY;
+    for (;;) {
+        if (LineStartsWith("#")) {
+            CommitLinePos();
+            m_strLine.Remove('#');
+            m_strLine.TrimLeft(CString(kBlankAndTab));
+            if (!StartsWithText(m_strLine, kKeywordInclude) && !StartsWithText(m_strLine, kKeywordDefine)) {
+                ParsePPStatements(file);
+            }
+            continue;
+        }
+        if (!m_IfStack.IsEmpty() && m_IfStack.GetTail() == 0) {
+            // Inside a region left out by conditional compilation.
+            if (!ReadLine(file, 0)) return EndOfFileToken();
+            continue;
+        }
+        if (LineStartsWith(kKeywordDefine)) {
+            // Only the letters are tested: "defineCount;" gives "defineC".
+            m_nTokenType = TOKEN_DEFINE;
+            return CutToken(7);
+        }
+        if (LineStartsWith(kBlockCommentOpen)) {
+            int32_t close = m_strLine.Find(kBlockCommentClose, m_nLinePos);
+            if (close >= 0) {
+                SetLinePos(close + 2);
+            } else {
+                bool endOfFile = false;
+                SkipBlockCommentLines(file, endOfFile);
+                if (endOfFile) return EndOfFileToken();
+            }
+            SkipLineBlanks();
+            continue;
+        }
+        if (LineStartsWith(kLineComment)) {
+            if (!ReadLine(file, 1)) return EndOfFileToken();
+            continue;
+        }
+        if (LineStartsWith(";")) {
+            m_nTokenType = TOKEN_END_OF_STATEMENT;
+            return CutToken(1);
+        }
+        if (!LineIsEmpty()) {
+            int32_t separator = m_strLine.FindOneOf(kTokenSeparators, m_nLinePos);
+            return CutToken(separator < 0 ? -1 : separator - m_nLinePos);
+        }
+        if (!ReadLine(file, 0)) return EndOfFileToken();
+    }
+}
+
+// ---- look-ahead
+
+bool CParseS2T::FindCharToEOL(CFile* file, char c) {
+    CommitLinePos();
+    if (!file) return m_strLine.Find(c) >= 0;
+    int64_t position = file->GetPosition();
+    int32_t lineNo = m_nLineNo;
+    CString line = m_strLine;
+    bool found = false;
+    // Stops at the end of the file: the answer is then false.
+    for (;;) {
+        if (m_strLine.Find(c) >= 0) {
+            found = true;
+            break;
+        }
+        if (m_strLine.Find(';') >= 0 || !ReadLine(file, 0)) break;
+    }
+    m_nLineNo = lineNo;
+    file->Seek(position, CFile::begin);
+    m_strLine = line;
+    m_nLinePos = 0;
+    return found;
+}

@@ -1,1 +1,6 @@
-# FrontEnd tests: ks_add_test(<name> SOURCES <files> LIBS <libraries> ks_testsupport)
+# FrontEnd tests: the header parser's lexer, preprocessor, define table,
+# constant expressions and parsed objects, driven from in-memory headers.
+ks_add_test(parser_frontend_tests
+  SOURCES
+    ${CMAKE_CURRENT_SOURCE_DIR}/LexerTest.cpp
+  LIBS ks_parser ks_testsupport)
