@@ -6,6 +6,8 @@
 // deleted: the writer creates it anew at the end of the run.
 #include "DBLoader.h"
 
+#include <sys/stat.h>
+
 #include <cstdio>
 
 #include "CFile.h"
@@ -349,11 +351,18 @@ void CDatabaseLoader::LoadUnionIdentifier(CString const& line) {
     m_storage.AddUnionIdentifier(first, rest);
 }
 
+// A directory opens for reading here but yields no line, and the deletion after
+// the read would remove it when empty; it is refused like any unreadable path.
+bool IsDirectory(CFile const& file) {
+    struct stat info;
+    return fstat(fileno(file.GetStream()), &info) == 0 && S_ISDIR(info.st_mode);
+}
+
 }  // namespace
 
 void LoadDatabaseText(CStorage& storage, CString const& path, stData& data) {
     CFile file;
-    if (!file.Open(path, "rb")) {
+    if (!file.Open(path, "rb") || IsDirectory(file)) {
         std::printf(dbtexts::kCouldNotOpen, path.GetData());
         return;
     }

@@ -33,6 +33,11 @@ TEST(DBLoader, OpenFailurePrintsAndChangesNothing) {
     EXPECT_EQ("Error : Could not open file /nonexistent-dir/db.txt to read.\n", out.Stop());
     EXPECT_EQ(5, data.m_nDbVersion);
     EXPECT_TRUE(store.IsStorageEmpty());
+    ScratchDir emptyFolder;  // opens on this system, but is no file: refused and kept
+    testsupport::CaptureStdout folderOut;
+    LoadDatabaseText(store, emptyFolder.Path().c_str(), data);
+    EXPECT_EQ("Error : Could not open file " + emptyFolder.Path() + " to read.\n", folderOut.Stop());
+    EXPECT_TRUE(testsupport::FileExists(emptyFolder.Path()));
 }
 
 TEST(DBLoader, VersionLineCutsAtFirstComma) {
