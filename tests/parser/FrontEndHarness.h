@@ -39,16 +39,22 @@ public:
         return out;
     }
 
-    // Reads the whole header as the driver does and records every #define.
-    void ReadDefines() {
-        if (!m_parser->ReadLine(&m_file, 0)) return;
+    // Reads the whole header as the driver does: every #define is recorded and
+    // every other token is returned, separated by blanks.
+    std::string Parse() {
+        std::string out;
+        if (!m_parser->ReadLine(&m_file, 0)) return out;
         for (;;) {
             CString token = m_parser->GetToken(&m_file);
-            if (m_parser->m_nTokenType == TOKEN_EOF) return;
+            if (m_parser->m_nTokenType == TOKEN_EOF) return out;
             if (m_parser->m_nTokenType == TOKEN_DEFINE) {
                 CString name = m_parser->GetToken(&m_file);
                 if (m_parser->IsTypeDef(name)) m_parser->AddDefineStatementToDefineArray(&m_file, name);
+                continue;
             }
+            if (token.IsEmpty()) continue;
+            if (!out.empty()) out += ' ';
+            out += token.GetData();
         }
     }
 
