@@ -22,6 +22,24 @@ bool IsLeftBlank(char c) {
 
 bool StartsWithText(CString const& line, char const* prefix) { return line.StartsWith(prefix); }
 
+// The separator set as a table: the first separator at or after start, as
+// FindOneOf gives it, without comparing every character with the whole set.
+struct SeparatorTable {
+    bool is[256] = {};
+    SeparatorTable() {
+        for (char const* c = kTokenSeparators; *c; ++c) is[static_cast<unsigned char>(*c)] = true;
+    }
+};
+
+int32_t FindSeparator(CString const& line, int32_t start) {
+    static SeparatorTable const table;
+    char const* text = line.GetData();
+    for (int32_t i = start; i < line.GetLength(); ++i) {
+        if (table.is[static_cast<unsigned char>(text[i])]) return i;
+    }
+    return -1;
+}
+
 }  // namespace
 
 // ---- the rest of the current line
@@ -253,7 +271,7 @@ CString CParseS2T::GetToken(CFile* file) {
             return CutToken(1);
         }
         if (!LineIsEmpty()) {
-            int32_t separator = m_strLine.FindOneOf(kTokenSeparators, m_nLinePos);
+            int32_t separator = FindSeparator(m_strLine, m_nLinePos);
             return CutToken(separator < 0 ? -1 : separator - m_nLinePos);
         }
         if (!ReadLine(file, 0)) return EndOfFileToken();
