@@ -23,6 +23,7 @@
 #include "CFile.h"
 #include "CString.h"
 #include "Collections.h"
+#include "DeclarationIndex.h"
 #include "ParsedObjects.h"
 #include "RunContext.h"
 
@@ -236,6 +237,96 @@ public:
     int32_t m_nEnumListSeen = 0;
     bool m_bEnumIndexStale = false;
     // ---- helpers of the field types, structures and unions (add below)
+    // The next token of a declaration body: empty tokens are skipped and a
+    // #define met on the way is recorded.
+    CString GetBodyToken(CFile* file);
+    bool IsReservedKeyword(CString const& word);
+    // "extern", "volatile", "const" or "register" before a field's type.
+    bool IsFieldQualifier(CString const& word);
+    // One of the primitive type names (character types included).
+    bool IsPrimitiveTypeName(CString const& type);
+    // Follows the typedef map, dropping "volatile", to the text it ends at.
+    CString ResolveTypeAlias(CString text);
+    // The type text of a field whose first type word is first; pending receives
+    // the token read past an "unsigned"/"signed" type (the declarator's start),
+    // empty when nothing was read past the type.
+    CString ResolveFieldType(CFile* file, CString const& first, CString& pending);
+    CString NormaliseTypeName(CString const& text);
+    int32_t SelectFieldKind(CString const& type);
+    // field, just appended to owner, is a bit-field of width bits.
+    void AddBitField(CStruct* owner, CStructVar* field, int32_t width, int32_t& holderCounter);
+    // A structure whose "struct" was read; nested ones keep the prefix rules
+    // and return right after their closing brace. Null when no body follows.
+    CStruct* ParseStruct(CFile* file, bool typedefForm, bool nested);
+    // Aggregates nested deeper than this are skipped to their closing brace and
+    // kept empty, so that no header can exhaust the stack.
+    static constexpr int32_t kMaxNesting = 200;
+    bool IsNestingTooDeep() const { return m_nNestingDepth >= kMaxNesting; }
+    void SkipBody(CFile* file);
+    void PopNestedName();
+    void AppendStruct(CStruct* parsed);
+    void DeleteStruct(CStruct* parsed);
+    void AppendUnion(CUnion* parsed);
+    void RenameUnion(CUnion* parsed, CString const& name);
+    void DeleteUnion(CUnion* parsed);
+    int RemoveUnionByNameExcept(CString const& name, CUnion const* keep);
+    int32_t m_nNestingDepth = 0;
+    // Enumeration bodies (ParseS2T_Enum.cpp).
+    struct SEnumBody;
+    CString GetNonEmptyToken(CFile* file);
+    bool ReadEnumTag(CFile* file, CString& tag);
+    void ReadEnumBody(CFile* file, SEnumBody& body);
+    bool ReadEnumInitialiser(CFile* file, SEnumBody& body, CString const& op);
+    int32_t QuotedCharacterValue(CString const& operand);
+    void NameEnum(CFile* file, SEnumBody& body);
+    // An enumeration defined inside a structure, named by its tag; false when
+    // no body followed (the statement was read to its end).
+    bool ReadNestedEnum(CFile* file, CString& tag);
+    // Structure bodies (ParseS2T_Struct.cpp).
+    struct SFieldType;
+    struct SStructBody;
+    struct SDeclarator;
+    struct SLookAhead;
+    bool ReadStructHead(CFile* file, CString& tag);
+    void ReadStructBody(CFile* file, SStructBody& body);
+    bool StatementInterrupted(SStructBody& body, CString const& token);
+    void ReadFieldStatement(CFile* file, SStructBody& body, CString token);
+    void ClassifyTypeWord(CFile* file, CString const& word, SFieldType& type, CString& pending);
+    bool ReadAggregateType(CFile* file, SStructBody& body, bool isUnion, SFieldType& type, CString& pending);
+    bool ReadEnumFieldType(CFile* file, SStructBody& body, SFieldType& type, CString& pending);
+    void ReadDeclarators(CFile* file, SStructBody& body, SFieldType const& type, CString token);
+    void ReadDeclarator(CFile* file, SStructBody& body, SFieldType const& type, SDeclarator& declarator,
+                        CString& token);
+    void CreateField(SStructBody& body, SFieldType const& type, SDeclarator& declarator);
+    void ReadArrayDimension(CFile* file, SDeclarator& declarator, CString& token);
+    int32_t ReadPointerArraySize(CFile* file, CString& token);
+    void ReadBitWidth(CFile* file, SStructBody& body, SDeclarator& declarator, CString& token);
+    void FinishStruct(CFile* file, CStruct* parsed, bool typedefForm, CStruct* earlier);
+    void ReadFurtherStructNames(CFile* file, CStruct* parsed);
+    void SkipRestOfLine(CFile* file);
+    SLookAhead SaveLookAhead(CFile* file);
+    void RestoreLookAhead(CFile* file, SLookAhead const& saved);
+    // Union bodies (ParseS2T_Union.cpp).
+    struct SMemberType;
+    bool ReadUnionHead(CFile* file, bool typedefForm, CString& tag);
+    void ReadUnionBody(CFile* file, CUnion* parsed);
+    bool ReadMemberStatement(CFile* file, CUnion* parsed, CString token);
+    void ClassifyMember(CFile* file, CString const& token, SMemberType& type, CString& pending);
+    void ClassifyAggregateMember(CFile* file, bool isUnion, SMemberType& type, CString& pending);
+    bool ReadMemberDeclarators(CFile* file, CUnion* parsed, SMemberType const& type, CString token);
+    bool ReadMemberDeclarator(CFile* file, SMemberType const& type, CUnionVar* member, CString& token);
+    void ReadMemberArraySize(CFile* file, CUnionVar* member, CString& token);
+    CString ReadUnionName(CFile* file, CString const& current, bool& named);
+    void ReadFurtherUnionNames(CFile* file, CUnion* parsed);
+    // Name look-ups of m_EnumList, m_StructList and m_UnionList.
+    CEnumIndex m_EnumNameIndex;
+    CStructIndex m_StructIndex;
+    CUnionIndex m_UnionIndex;
 
     // ---- helpers of the driver and transfer (add below)
+    void ParseTopLevel(CFile* file);
+    bool DispatchTypedef(CFile* file);
+    void ReadTypedefAlias(CFile* file, CString const& word);
+    void ReadTypedefRest(CFile* file, CString current, CString& type);
+    void MapTypedefAlias(CString const& alias, CString const& type);
 };

@@ -1,2 +1,155 @@
-// CParseS2T: type names, field kinds and bit-field holders.
+// CParseS2T: the type of a structure field. The first type word of a field is
+// resolved through the typedef map (with the "unsigned"/"signed" rules), put
+// into its canonical spelling, and given a field kind; consecutive bit-fields
+// are folded into 32-bit holder fields, since the database knows no bits.
+// Called by the structure and union parsers for every field they read.
 #include "ParseS2T.h"
+
+#include <unordered_set>
+
+#include "DeclarationTexts.h"
+
+namespace {
+
+// Primitive type names other than the character types. The eight-bit names
+// are here on purpose: the kind only separates the character types from the
+// other primitives.
+char const* const kIntTypeNames[] = {
+    "UINT8",         "DWORD",          "UINT32",         "WORD",          "UINT16",       "INT32",
+    "INT16",         "Int16",          "Int8",           "Int32",         "USIGNED",      "SIGNED8",
+    "USIGNED8",      "SIGNED16",       "USIGNED16",      "SIGNED32",      "USIGNED32",    "BOOLEAN",
+    "SIGNED64",      "USIGNED64",      "XXXXXX",         "INT8",          "BOOL",         "short",
+    "long",          "int",            "unsigned short", "signed short",  "unsigned int", "signed int",
+    "unsigned long", "signed long",    "unsigned long64", "signed long64", "long64",
+};
+
+char const* const kCharTypeNames[] = {"BYTE", "CHAR", "char", "UBYTE", "unsigned char", "signed char"};
+
+// Written spelling to canonical spelling; "int" depends on the target and is
+// handled apart.
+struct STypeSpelling {
+    char const* written;
+    char const* canonical;
+};
+STypeSpelling const kTypeSpellings[] = {
+    {"unsigned int", "unsigned long"},       {"unsigned long int", "unsigned long"},
+    {"signed int", "signed long"},           {"unsigned long long", "unsigned long64"},
+    {"unsigned __int64", "unsigned long64"}, {"signed long long", "signed long64"},
+    {"signed __int64", "signed long64"},     {"long long", "long64"},
+    {"__int64", "long64"},
+};
+
+template <size_t N>
+bool IsOneOf(CString const& text, char const* const (&names)[N]) {
+    for (char const* name : names) {
+        if (text == name) return true;
+    }
+    return false;
+}
+
+}  // namespace
+
+bool CParseS2T::IsFieldQualifier(CString const& word) {
+    for (char const* qualifier : decltexts::kFieldQualifiers) {
+        if (word == qualifier) return true;
+    }
+    return false;
+}
+
+bool CParseS2T::IsReservedKeyword(CString const& word) {
+    for (void* pos = m_ReservedKeywords.GetHeadPosition(); pos;) {
+        if (m_ReservedKeywords.GetNext(pos) == word) return true;
+    }
+    return false;
+}
+
+bool CParseS2T::IsPrimitiveTypeName(CString const& type) {
+    return IsOneOf(type, kIntTypeNames) || IsOneOf(type, kCharTypeNames);
+}
+
+CString CParseS2T::ResolveTypeAlias(CString text) {
+    // A chain of aliases that comes back to a text already seen stops there,
+    // so that a looping typedef cannot hold the parse.
+    std::unordered_set<CString, CStringKeyHash> seen;
+    for (;;) {
+        if (text.Find(decltexts::kVolatile) >= 0) text = text.Mid(9);
+        CString const* alias = m_TypedefMap.Find(text);
+        if (!alias) return text;
+        if (!seen.insert(text).second) return text;
+        text = *alias;
+    }
+}
+
+CString CParseS2T::ResolveFieldType(CFile* file, CString const& first, CString& pending) {
+    pending.Empty();
+    CString text = ResolveTypeAlias(first);
+    if (text != "unsigned" && text != "signed") return text;
+    CString token = GetBodyToken(file);
+    CString word = ResolveTypeAlias(token);
+    if (m_nTokenType != TOKEN_ORDINARY || !IsReservedKeyword(word)) {
+        // A bare "unsigned" or "signed" before the field name is recorded as
+        // UINT32, the signed one too.
+        pending = token;
+        return decltexts::kBareUnsignedType;
+    }
+    while (m_nTokenType == TOKEN_ORDINARY && IsReservedKeyword(word)) {
+        text += ' ';
+        text += word;
+        token = GetBodyToken(file);
+        word = ResolveTypeAlias(token);
+    }
+    pending = token;
+    return text;
+}
+
+CString CParseS2T::NormaliseTypeName(CString const& text) {
+    if (text == "int") {
+        if (m_nIntBits == 32) return "long";
+        if (m_nIntBits == 16) return "SIGNED16";
+        return text;
+    }
+    for (STypeSpelling const& spelling : kTypeSpellings) {
+        if (text == spelling.written) return spelling.canonical;
+    }
+    return text;
+}
+
+int32_t CParseS2T::SelectFieldKind(CString const& type) {
+    int32_t kind = FIELD_STRUCT;
+    if (IsOneOf(type, kIntTypeNames)) kind = FIELD_INT;
+    else if (IsOneOf(type, kCharTypeNames)) kind = FIELD_CHAR;
+    else if (FindEnumByName(type)) kind = FIELD_ENUM;
+    else if (FindUnionByName(type)) kind = FIELD_UNION;
+    if (type == "void") kind = FIELD_CHAR;
+    return kind;
+}
+
+void CParseS2T::AddBitField(CStruct* owner, CStructVar* field, int32_t width, int32_t& holderCounter) {
+    CList<CObject*>& fields = owner->m_lstVars;
+    CStructVar* holder = field;
+    void* tail = fields.GetTailPosition();
+    void* before = tail;
+    if (tail) fields.GetPrev(before);
+    CStructVar* previous = before ? static_cast<CStructVar*>(fields.GetAt(before)) : nullptr;
+    if (previous && previous->m_nBitCount != 0) {
+        // The bits join the run of the field before; this field's name is lost.
+        holder = previous;
+        if (tail && fields.GetAt(tail) == field) {
+            fields.RemoveAt(tail);
+            delete field;
+        }
+    }
+    // A width above 32 on a fresh holder stays in that holder: a new holder is
+    // only started for bits that do not fit beside bits already held.
+    if (holder->m_nBitCount > 0 && static_cast<int64_t>(holder->m_nBitCount) + width > 32) {
+        holder = new CStructVar;
+        fields.AddTail(holder);
+    }
+    if (holder->m_nBitCount == 0) {
+        holder->m_strName.Format(decltexts::kBitFieldHolderName, owner->m_strTag.GetData(), holderCounter++);
+        holder->m_nType = FIELD_CHAR;
+        holder->m_strType = decltexts::kBitFieldHolderType;
+    }
+    int64_t bits = static_cast<int64_t>(holder->m_nBitCount) + (width > 0 ? width : 0);
+    holder->m_nBitCount = bits > INT32_MAX ? INT32_MAX : static_cast<int32_t>(bits);
+}

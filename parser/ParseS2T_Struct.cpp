@@ -1,2 +1,523 @@
-// CParseS2T: structures.
+// CParseS2T: structures. DoStruct reads one structure declaration, after the
+// driver met "struct" or "typedef struct", into a CStruct with one CStructVar
+// per field; nested structures and unions are read by recursion and land in
+// the parser's lists under generated names. Also here: the look-ahead tests,
+// the generated names, and the structure look-ups (answered by m_StructIndex).
+//
+// Field statements accepted inside a body (tokens as GetToken cuts them):
+//   body        := "{" { statement } "}"
+//   statement   := ";"                                  empty, skipped
+//                | "define" ...                         handed to ParseDefineStatement
+//                | { qualifier } type declarators ";"
+//   qualifier   := "extern" | "volatile" | "const" | "register"      skipped
+//   type        := "struct" [tag] body | "union" [tag] body           nested, named by prefix
+//                | "struct" X | "union" X | "enum" X                  X is the type word
+//                | "enum" [tag] body                                  enumeration read in place
+//                | "unsigned" | "signed" { keyword }                  bare: "UINT32"
+//                | word                                               through the typedef map
+//   declarators := [ declarator { "," declarator } ]
+//   declarator  := { "*" } { word | "(" | ")" | "*" } { "[" size "]" } [ ":" width ]
+// The name is the last word before "[", ":", "," or ";"; parentheses are
+// skipped and a "," inside them does not end the declarator. Each "*" before
+// the first word adds a "p" to the name's prefix ("**x" gives "pp_x"). When the
+// type is primitive and a "*" follows the type word on its line, a declarator
+// with a "*" (or one that ends with ")", a function pointer) becomes an
+// "unsigned short" field named "p_x" (or "FuncPtr_n") with pointed kind int.
+// A declaration with no declarator adds a field only after a nested body (an
+// anonymous member: empty name, the nested type). A "}" inside a statement
+// ends the body with a warning; the end of the file ends the structure.
 #include "ParseS2T.h"
+
+#include <cstdio>
+
+#include "DeclarationTexts.h"
+#include "NumberText.h"
+
+// A field statement's type, classified once for all its declarators.
+struct CParseS2T::SFieldType {
+    CString type;
+    int32_t kind = FIELD_STRUCT;
+    bool primitivePointer = false;  // a primitive type with a "*" after it on the line
+    bool nestedBody = false;        // the type is an aggregate whose body was just read
+    bool consumed = false;          // the whole statement was read already
+};
+
+// One structure body while it is read.
+struct CParseS2T::SStructBody {
+    CStruct* parsed = nullptr;
+    int32_t funcPtrCounter = 0;
+    int32_t holderCounter = 0;
+    bool ended = false;      // a "}" inside a statement or the end of the file
+    bool endOfFile = false;
+};
+
+// The reader's place, kept across a look-ahead.
+struct CParseS2T::SLookAhead {
+    int64_t position = 0;
+    int32_t lineNo = 0;
+    CString line;
+};
+
+// One declarator while it is read.
+struct CParseS2T::SDeclarator {
+    CString name;
+    CString lastToken;
+    int32_t stars = 0;
+    int32_t dims = 0;
+    bool wordSeen = false;
+    bool done = false;  // its field was made (and possibly folded into a bit-field holder)
+    bool primitivePointer = false;
+    CStructVar* field = nullptr;
+};
+
+namespace {
+
+// A "*" on the line makes a pointer unless it multiplies inside an array size
+// or opens a comment.
+bool LineMakesPointer(CString const& line) {
+    int32_t star = line.Find('*');
+    if (star < 0) return false;
+    int32_t open = line.Find('[');
+    if (open >= 0 && open < star && line.ReverseFind(']') > star) return false;
+    return !(star > 0 && line.GetAt(star - 1) == '/');
+}
+
+bool HoldsStatementEnd(CString const& line) { return line.Find(';') >= 0 || line.Find('{') >= 0; }
+
+}  // namespace
+
+CString CParseS2T::GetBodyToken(CFile* file) {
+    for (;;) {
+        CString token = GetToken(file);
+        if (m_nTokenType == TOKEN_DEFINE) {
+            ParseDefineStatement(file);
+            continue;
+        }
+        if (m_nTokenType == TOKEN_ORDINARY && token.IsEmpty()) continue;
+        return token;
+    }
+}
+
+CStruct* CParseS2T::DoStruct(CFile* file, bool typedefForm) { return ParseStruct(file, typedefForm, false); }
+
+CStruct* CParseS2T::ParseStruct(CFile* file, bool typedefForm, bool nested) {
+    CString tag;
+    if (!ReadStructHead(file, tag)) return nullptr;
+    CStruct* earlier = !nested && !tag.IsEmpty() ? FindStructByName(tag) : nullptr;
+    CStruct* parsed = new CStruct;
+    parsed->m_strTag = tag;
+    if (nested) {
+        parsed->m_strName = GenerateNestedNameForTag(tag);
+        AddTagToNestedNames(parsed->m_strName);
+    }
+    SStructBody body;
+    body.parsed = parsed;
+    if (IsNestingTooDeep()) {
+        SkipBody(file);
+        body.endOfFile = m_nTokenType == TOKEN_EOF;
+    } else {
+        ++m_nNestingDepth;
+        ReadStructBody(file, body);
+        --m_nNestingDepth;
+    }
+    if (nested) PopNestedName();
+    if (!nested && !body.endOfFile) FinishStruct(file, parsed, typedefForm, earlier);
+    AppendStruct(parsed);
+    return parsed;
+}
+
+bool CParseS2T::ReadStructHead(CFile* file, CString& tag) {
+    CString token = GetBodyToken(file);
+    if (token != "{" && m_nTokenType == TOKEN_ORDINARY) {
+        tag = token;
+        token = GetBodyToken(file);
+    }
+    if (token == "{" && m_nTokenType == TOKEN_ORDINARY) return true;
+    // No body: a declaration that only uses the structure type, read to its end.
+    while (m_nTokenType != TOKEN_EOF && m_nTokenType != TOKEN_END_OF_STATEMENT) GetBodyToken(file);
+    return false;
+}
+
+void CParseS2T::ReadStructBody(CFile* file, SStructBody& body) {
+    while (!body.ended) {
+        CString token = GetBodyToken(file);
+        if (m_nTokenType == TOKEN_EOF) {
+            body.ended = body.endOfFile = true;
+        } else if (token == "}") {
+            return;
+        } else if (m_nTokenType == TOKEN_ORDINARY) {
+            ReadFieldStatement(file, body, token);
+        }
+    }
+}
+
+// True when token ends the statement early: the end of the file or a "}"
+// (both end the body too) or a ";".
+bool CParseS2T::StatementInterrupted(SStructBody& body, CString const& token) {
+    if (m_nTokenType == TOKEN_EOF) {
+        body.ended = body.endOfFile = true;
+        return true;
+    }
+    if (token == "}") {
+        std::printf(decltexts::kMsgIncorrectStruct, body.parsed->m_strName.GetData(), m_strFileName.GetData(),
+                    m_nLineNo);
+        body.ended = true;
+        return true;
+    }
+    return m_nTokenType == TOKEN_END_OF_STATEMENT;
+}
+
+void CParseS2T::ReadFieldStatement(CFile* file, SStructBody& body, CString token) {
+    while (IsFieldQualifier(token)) {
+        token = GetBodyToken(file);
+        if (StatementInterrupted(body, token)) return;
+    }
+    SFieldType type;
+    CString pending;
+    if (token == decltexts::kStruct || token == decltexts::kUnion) {
+        if (!ReadAggregateType(file, body, token == decltexts::kUnion, type, pending)) return;
+    } else if (token == decltexts::kEnum) {
+        if (!ReadEnumFieldType(file, body, type, pending)) return;
+    } else {
+        ClassifyTypeWord(file, token, type, pending);
+    }
+    if (type.consumed) return;
+    if (pending.IsEmpty() && m_nTokenType != TOKEN_EOF) pending = GetBodyToken(file);
+    ReadDeclarators(file, body, type, pending);
+}
+
+void CParseS2T::ClassifyTypeWord(CFile* file, CString const& word, SFieldType& type, CString& pending) {
+    // The look-ahead for a "*" is made right after the first type word; it only
+    // matters for primitive types, so it is skipped for the others.
+    CString first = ResolveTypeAlias(word);
+    bool readsPast = first == decltexts::kUnsigned || first == decltexts::kSigned;
+    bool pointer = readsPast && IsPointer(file);
+    type.type = NormaliseTypeName(ResolveFieldType(file, word, pending));
+    type.kind = SelectFieldKind(type.type);
+    bool primitive = type.kind == FIELD_INT || type.kind == FIELD_CHAR;
+    if (!readsPast && primitive) pointer = IsPointer(file);
+    type.primitivePointer = pointer && primitive;
+}
+
+bool CParseS2T::ReadAggregateType(CFile* file, SStructBody& body, bool isUnion, SFieldType& type,
+                                  CString& pending) {
+    if (IsStructDeclaration(file)) {
+        CString name;
+        if (isUnion) {
+            CUnion* nested = DoUnion(file, 1, false);
+            if (nested) name = nested->m_strName;
+            type.consumed = !nested;
+        } else {
+            CStruct* nested = ParseStruct(file, false, true);
+            if (nested) name = nested->m_strName;
+            type.consumed = !nested;
+        }
+        type.type = name;
+        type.kind = isUnion ? FIELD_UNION : FIELD_STRUCT;
+        type.nestedBody = true;
+        if (m_nTokenType == TOKEN_EOF) body.ended = body.endOfFile = true;
+        return !body.ended;
+    }
+    CString word = GetBodyToken(file);
+    if (StatementInterrupted(body, word)) return false;
+    if (!isUnion) {
+        ClassifyTypeWord(file, word, type, pending);
+        return true;
+    }
+    type.type = word;
+    type.kind = FIELD_UNION;
+    return true;
+}
+
+bool CParseS2T::ReadEnumFieldType(CFile* file, SStructBody& body, SFieldType& type, CString& pending) {
+    if (IsStructDeclaration(file)) {
+        // An enumeration defined inside the structure: its enumerators are read
+        // so that later sizes can use them; the field takes its tag as type.
+        CString tag;
+        type.consumed = !ReadNestedEnum(file, tag);
+        if (m_nTokenType == TOKEN_EOF) body.ended = body.endOfFile = true;
+        type.type = tag.IsEmpty() ? CString("long") : tag;
+        type.kind = SelectFieldKind(type.type);
+        return !body.ended;
+    }
+    CString word = GetBodyToken(file);
+    if (StatementInterrupted(body, word)) return false;
+    ClassifyTypeWord(file, word, type, pending);
+    return true;
+}
+
+void CParseS2T::ReadDeclarators(CFile* file, SStructBody& body, SFieldType const& type, CString token) {
+    for (bool first = true;; first = false) {
+        SDeclarator declarator;
+        declarator.primitivePointer = type.primitivePointer;
+        ReadDeclarator(file, body, type, declarator, token);
+        bool anonymousMember = first && type.nestedBody && m_nTokenType != TOKEN_EOF;
+        if (!declarator.done && !declarator.field && (declarator.wordSeen || declarator.stars > 0 || anonymousMember)) {
+            CreateField(body, type, declarator);
+        }
+        if (StatementInterrupted(body, token)) return;
+        token = GetBodyToken(file);  // past the ","
+    }
+}
+
+void CParseS2T::ReadDeclarator(CFile* file, SStructBody& body, SFieldType const& type, SDeclarator& declarator,
+                               CString& token) {
+    int32_t depth = 0;
+    while (m_nTokenType == TOKEN_ORDINARY && token != "}" && !(token == "," && depth == 0)) {
+        if (token == "[") {
+            if (!declarator.done && !declarator.field) CreateField(body, type, declarator);
+            ReadArrayDimension(file, declarator, token);
+            continue;
+        }
+        if (token == ":") {
+            if (!declarator.done && !declarator.field) CreateField(body, type, declarator);
+            ReadBitWidth(file, body, declarator, token);
+            continue;
+        }
+        if (token == "(") {
+            ++depth;
+        } else if (token == ")") {
+            if (depth > 0) --depth;
+        } else if (token == "*") {
+            if (!declarator.wordSeen) ++declarator.stars;
+        } else if (!declarator.field && !declarator.done) {
+            declarator.name = token;
+            declarator.wordSeen = true;
+        }
+        declarator.lastToken = token;
+        token = GetBodyToken(file);
+    }
+}
+
+void CParseS2T::CreateField(SStructBody& body, SFieldType const& type, SDeclarator& declarator) {
+    CStructVar* field = new CStructVar;
+    bool functionPointer = declarator.lastToken == ")";
+    if (declarator.primitivePointer && (declarator.stars > 0 || functionPointer)) {
+        field->m_strType = decltexts::kPointerType;
+        field->m_nType = FIELD_POINTER;
+        field->m_nPointedType = FIELD_INT;
+        if (functionPointer) field->m_strName.Format(decltexts::kFunctionPointer, body.funcPtrCounter++);
+        else field->m_strName = CString("p_") + declarator.name;
+    } else {
+        field->m_strType = type.type;
+        field->m_nType = type.kind;
+        field->m_strName = declarator.name;
+        declarator.primitivePointer = false;
+        if (declarator.stars > 0) {
+            field->m_nPointedType = type.kind;
+            field->m_nType = FIELD_POINTER;
+            CString prefix;
+            for (int32_t i = 0; i < declarator.stars; ++i) prefix += 'p';
+            field->m_strName = prefix + "_" + declarator.name;
+        }
+    }
+    body.parsed->m_lstVars.AddTail(field);
+    declarator.field = field;
+}
+
+void CParseS2T::ReadArrayDimension(CFile* file, SDeclarator& declarator, CString& token) {
+    int32_t size = 0;
+    if (declarator.primitivePointer) {
+        size = ReadPointerArraySize(file, token);
+    } else {
+        size = ParseBracketsUntil(file, "]");
+        token = m_nTokenType == TOKEN_EOF ? CString() : GetBodyToken(file);
+    }
+    if (!declarator.field) return;
+    if (declarator.dims++ == 0) declarator.field->m_nArraySize = size;
+    else declarator.field->m_arrDims.Add(static_cast<uint32_t>(size));
+}
+
+// The size of a pointer array: the last number (decimal, "0x" hexadecimal or a
+// bracketed expression) before "]"; other words are passed over. On return
+// token holds the token after "]", or the ";" or "}" that cut the size short.
+int32_t CParseS2T::ReadPointerArraySize(CFile* file, CString& token) {
+    int32_t count = 1;
+    for (;;) {
+        token = GetBodyToken(file);
+        if (m_nTokenType != TOKEN_ORDINARY || token == "}") return count;
+        if (token == "]") break;
+        if (Atoi32(token) != 0 || token == "0") {
+            count = Atoi32(token);
+        } else if (token.StartsWith(decltexts::kHexPrefix)) {
+            uint32_t number = 0;
+            ReadHex32(token.GetData() + 2, number);
+            count = static_cast<int32_t>(number);
+        } else if (token == "(") {
+            count = ParseBrackets(file);
+        }
+    }
+    token = GetBodyToken(file);
+    return count;
+}
+
+void CParseS2T::ReadBitWidth(CFile* file, SStructBody& body, SDeclarator& declarator, CString& token) {
+    token = GetBodyToken(file);
+    int32_t width = 0;
+    if (m_nTokenType == TOKEN_ORDINARY && token != "}" && token != ",") {
+        width = Atoi32(token);
+        token = GetBodyToken(file);
+    }
+    if (declarator.field && !declarator.done) AddBitField(body.parsed, declarator.field, width, body.holderCounter);
+    declarator.field = nullptr;
+    declarator.done = true;
+}
+
+void CParseS2T::FinishStruct(CFile* file, CStruct* parsed, bool typedefForm, CStruct* earlier) {
+    CString tag = parsed->m_strTag;
+    CString token = GetBodyToken(file);
+    while (token == "*" && m_nTokenType == TOKEN_ORDINARY) {
+        tag += " *";
+        token = GetBodyToken(file);
+    }
+    bool named = m_nTokenType == TOKEN_ORDINARY;
+    CString name = named ? token : tag;
+    if (named && tag.IsEmpty()) tag = token;
+    if (name.IsEmpty()) name = tag;
+    if (name.IsEmpty()) name = GenerateKestrinStructureTag();
+    parsed->m_strTag = tag;
+    parsed->m_strName = name;
+    if (earlier && m_StructIndex.Contains(m_StructList, earlier)) {
+        // A later definition replaces the earlier one, which hands over its names.
+        MoveAdditionalNames(parsed, earlier);
+        DeleteStruct(earlier);
+    } else if (typedefForm && named) {
+        ReadFurtherStructNames(file, parsed);
+    }
+    SkipRestOfLine(file);
+}
+
+void CParseS2T::ReadFurtherStructNames(CFile* file, CStruct* parsed) {
+    CString token = GetBodyToken(file);
+    while (token == "," && m_nTokenType == TOKEN_ORDINARY) {
+        CString further = GetBodyToken(file);
+        while (further == "*" && m_nTokenType == TOKEN_ORDINARY) further = GetBodyToken(file);
+        if (m_nTokenType != TOKEN_ORDINARY) return;
+        // Further names stand in reverse order of the source.
+        parsed->m_lstNames.AddHead(further);
+        token = GetBodyToken(file);
+    }
+}
+
+void CParseS2T::SkipRestOfLine(CFile* file) {
+    if (!ReadLine(file, 0)) CurrentLine().Empty();
+}
+
+void CParseS2T::SkipBody(CFile* file) {
+    int32_t depth = 1;
+    while (depth > 0) {
+        CString token = GetBodyToken(file);
+        if (m_nTokenType == TOKEN_EOF) return;
+        if (token == "{") ++depth;
+        else if (token == "}") --depth;
+    }
+}
+
+// ---- look-ahead
+
+CParseS2T::SLookAhead CParseS2T::SaveLookAhead(CFile* file) {
+    SLookAhead saved;
+    saved.position = file->GetPosition();
+    saved.lineNo = m_nLineNo;
+    saved.line = CurrentLine();
+    return saved;
+}
+
+void CParseS2T::RestoreLookAhead(CFile* file, SLookAhead const& saved) {
+    m_nLineNo = saved.lineNo;
+    file->Seek(saved.position, CFile::begin);
+    CurrentLine() = saved.line;
+}
+
+bool CParseS2T::IsPointer(CFile* file) {
+    SLookAhead saved = SaveLookAhead(file);
+    bool pointer = LineMakesPointer(saved.line);
+    bool more = !HoldsStatementEnd(saved.line);
+    while (!pointer && more && ReadLine(file, 0)) {
+        CString const& line = CurrentLine();
+        pointer = line.Find('*') >= 0;
+        more = !HoldsStatementEnd(line);
+    }
+    RestoreLookAhead(file, saved);
+    return pointer;
+}
+
+bool CParseS2T::IsStructDeclaration(CFile* file) {
+    SLookAhead saved = SaveLookAhead(file);
+    bool body = saved.line.Find('{') >= 0;
+    bool more = !HoldsStatementEnd(saved.line);
+    while (more && ReadLine(file, 0)) {
+        CString const& line = CurrentLine();
+        body = line.Find('{') >= 0;
+        more = !HoldsStatementEnd(line);
+    }
+    RestoreLookAhead(file, saved);
+    return body;
+}
+
+// ---- generated names
+
+CString CParseS2T::GenerateNestedNameForTag(CString tag) {
+    CString name;
+    if (m_pNestedNames) {
+        for (void* pos = m_pNestedNames->GetHeadPosition(); pos;) name += m_pNestedNames->GetNext(pos);
+    }
+    if (tag.IsEmpty()) tag.Format(decltexts::kGeneratedTag, m_nTagCounter++);
+    return name + tag;
+}
+
+void CParseS2T::AddTagToNestedNames(CString tag) {
+    CString prefix;
+    prefix.Format(decltexts::kNestedPrefix, tag.Left(10).GetData(), m_nNestedCounter++);
+    // Outside a file parse there is no prefix list; the counter still moves on.
+    if (m_pNestedNames) m_pNestedNames->AddTail(prefix);
+}
+
+void CParseS2T::PopNestedName() {
+    if (m_pNestedNames && !m_pNestedNames->IsEmpty()) m_pNestedNames->RemoveTail();
+}
+
+CString CParseS2T::GenerateKestrinStructureTag() {
+    CString tag;
+    tag.Format(decltexts::kGeneratedStruct, decltexts::kGeneratedStructBase, m_nGeneratedStructCounter++);
+    return tag;
+}
+
+// ---- the structure list and its look-ups
+
+void CParseS2T::MoveAdditionalNames(CStruct* to, CStruct* from) {
+    if (!to || !from || to == from) return;
+    while (!from->m_lstNames.IsEmpty()) to->m_lstNames.AddTail(from->m_lstNames.RemoveHead());
+    m_StructIndex.Renamed(m_StructList, from);
+    m_StructIndex.Renamed(m_StructList, to);
+}
+
+void CParseS2T::AppendStruct(CStruct* parsed) {
+    m_StructList.AddTail(parsed);
+    m_StructIndex.Appended(m_StructList, parsed);
+}
+
+void CParseS2T::DeleteStruct(CStruct* parsed) {
+    if (m_StructIndex.Unlink(m_StructList, parsed)) delete parsed;
+}
+
+CStruct* CParseS2T::FindStructByName(CString const& name) {
+    // A name or tag match wins wherever it stands; otherwise the last
+    // structure that carries the name among its further names.
+    CStruct* direct = m_StructIndex.First(m_StructList, CStructKeys::kNameOrTag, name);
+    return direct ? direct : m_StructIndex.Last(m_StructList, CStructKeys::kFurtherName, name);
+}
+
+bool CParseS2T::StructExists(CString const& name) {
+    return m_StructIndex.First(m_StructList, CStructKeys::kName, name) != nullptr;
+}
+
+CStruct* CParseS2T::FindStructByNamePattern(CString const& pattern) {
+    for (void* pos = m_StructList.GetHeadPosition(); pos;) {
+        CObject* object = m_StructList.GetNext(pos);
+        if (!CStructKeys::Accepts(object)) continue;
+        CStruct* parsed = static_cast<CStruct*>(object);
+        if (parsed->m_strName.Find(pattern) >= 0) return parsed;
+    }
+    return nullptr;
+}

@@ -1,1 +1,6 @@
-# Declarations tests: ks_add_test(<name> SOURCES <files> LIBS <libraries> ks_testsupport)
+# Declarations tests: enumerations, field types, structures, unions and the
+# header file driver, each parsed from a header written inline.
+ks_add_test(parser_declaration_tests
+  SOURCES
+    ${CMAKE_CURRENT_SOURCE_DIR}/EnumTest.cpp
+  LIBS ks_parser ks_testsupport)

@@ -1,0 +1,222 @@
+// Look-up indexes over the header parser's lists of enumerations, structures
+// and unions. The by-name look-ups are asked once per field while a header is
+// parsed, so they are answered here instead of by a walk over the list; every
+// answer is the one the walk in list order would give (the first or the last
+// object filed under a name). The index follows the list through the parser's
+// own append, remove and rename steps; when other code changes a list directly
+// (its count, head or tail differ from what the index saw), the index is
+// rebuilt from the list before it answers.
+#pragma once
+
+#include <cctype>
+#include <cstdint>
+#include <cstddef>
+#include <map>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+#include "CString.h"
+#include "Collections.h"
+#include "ParsedObjects.h"
+
+struct CStringKeyHash {
+    size_t operator()(CString const& s) const { return HashKey(s); }
+};
+
+// The text with every character put through toupper: two names are equal
+// without regard to case exactly when their keys are equal.
+inline CString UpperCaseKey(CString const& name) {
+    CString key(name.GetData(), name.GetLength());
+    for (int32_t i = 0; i < key.GetLength(); ++i) {
+        key.SetAt(i, static_cast<char>(std::toupper(static_cast<unsigned char>(key.GetAt(i)))));
+    }
+    return key;
+}
+
+// The names each kind of object is filed under, one list per family.
+struct CEnumKeys {
+    static constexpr int32_t kFamilies = 2;
+    static constexpr int32_t kName = 0;     // m_strName
+    static constexpr int32_t kAnyName = 1;  // m_strName and every further name
+    static bool Accepts(CObject* object) { return object && object->GetObjTypes() == OBJ_ENUM; }
+    static void Keys(CEnum const* e, int32_t family, std::vector<CString>& keys) {
+        keys.push_back(e->m_strName);
+        if (family != kAnyName) return;
+        for (void* pos = e->m_lstNames.GetHeadPosition(); pos;) keys.push_back(e->m_lstNames.GetNext(pos));
+    }
+};
+
+struct CStructKeys {
+    static constexpr int32_t kFamilies = 3;
+    static constexpr int32_t kNameOrTag = 0;
+    static constexpr int32_t kFurtherName = 1;
+    static constexpr int32_t kName = 2;
+    static bool Accepts(CObject* object) { return object && object->GetObjTypes() == OBJ_STRUCT; }
+    static void Keys(CStruct const* s, int32_t family, std::vector<CString>& keys) {
+        if (family == kNameOrTag) {
+            keys.push_back(s->m_strName);
+            keys.push_back(s->m_strTag);
+        } else if (family == kName) {
+            keys.push_back(s->m_strName);
+        } else {
+            for (void* pos = s->m_lstNames.GetHeadPosition(); pos;) keys.push_back(s->m_lstNames.GetNext(pos));
+        }
+    }
+};
+
+struct CUnionKeys {
+    static constexpr int32_t kFamilies = 2;
+    static constexpr int32_t kNameNoCase = 0;
+    static constexpr int32_t kName = 1;
+    static bool Accepts(CObject* object) { return object && object->GetObjTypes() == OBJ_UNION; }
+    static void Keys(CUnion const* u, int32_t family, std::vector<CString>& keys) {
+        keys.push_back(family == kNameNoCase ? UpperCaseKey(u->m_strName) : u->m_strName);
+    }
+};
+
+template <typename T, typename KEYS>
+class CDeclarationIndex {
+public:
+    using List = CList<CObject*>;
+
+    // Rebuilds the index when the list no longer looks as the index left it.
+    void Sync(List const& list) {
+        if (!Matches(list)) Rebuild(list);
+    }
+    // The object has just been appended at the list's tail.
+    void Appended(List const& list, T* object) {
+        void* tail = list.GetTailPosition();
+        void* before = tail;
+        if (tail) list.GetPrev(before);
+        bool inStep = tail && list.GetAt(tail) == object && list.GetCount() == m_nCount + 1 && before == m_pTail &&
+                      (m_nCount == 0 || list.GetHeadPosition() == m_pHead);
+        if (!inStep) {
+            Rebuild(list);  // files the new object with the others
+            return;
+        }
+        File(object, tail);
+        Remember(list);
+    }
+    // Unlinks the object from the list and forgets it; false when it is not listed.
+    bool Unlink(List& list, T* object) {
+        Sync(list);
+        auto found = m_Objects.find(object);
+        if (found == m_Objects.end()) return false;
+        void* pos = found->second.pos;
+        Unfile(object);
+        list.RemoveAt(pos);
+        Remember(list);
+        return true;
+    }
+    // The object's names changed: file it again under its present names.
+    void Renamed(List const& list, T* object) {
+        Sync(list);
+        auto found = m_Objects.find(object);
+        if (found == m_Objects.end()) return;
+        void* pos = found->second.pos;
+        uint64_t seq = found->second.seq;
+        Unfile(object);
+        FileAt(object, pos, seq);
+    }
+    bool Contains(List const& list, T* object) {
+        Sync(list);
+        return m_Objects.count(object) != 0;
+    }
+
+    // The first (or last) object of the list filed under key in that family.
+    T* First(List const& list, int32_t family, CString const& key) {
+        Sync(list);
+        auto const* filed = Filed(family, key);
+        return filed ? filed->begin()->second : nullptr;
+    }
+    // The first object filed under key other than except.
+    T* FirstExcept(List const& list, int32_t family, CString const& key, T const* except) {
+        Sync(list);
+        auto const* filed = Filed(family, key);
+        if (!filed) return nullptr;
+        for (auto const& entry : *filed) {
+            if (entry.second != except) return entry.second;
+        }
+        return nullptr;
+    }
+    T* Last(List const& list, int32_t family, CString const& key) {
+        Sync(list);
+        auto const* filed = Filed(family, key);
+        return filed ? filed->rbegin()->second : nullptr;
+    }
+
+private:
+    struct Entry {
+        void* pos = nullptr;
+        uint64_t seq = 0;
+        std::vector<std::pair<int32_t, CString>> keys;
+    };
+    using Bucket = std::map<uint64_t, T*>;
+
+    bool Matches(List const& list) const {
+        return list.GetCount() == m_nCount && list.GetHeadPosition() == m_pHead && list.GetTailPosition() == m_pTail;
+    }
+    void Rebuild(List const& list) {
+        m_Objects.clear();
+        for (auto& family : m_Families) family.clear();
+        for (void* pos = list.GetHeadPosition(); pos;) {
+            void* at = pos;
+            CObject* object = list.GetNext(pos);
+            if (KEYS::Accepts(object)) File(static_cast<T*>(object), at);
+        }
+        Remember(list);
+    }
+    void Remember(List const& list) {
+        m_nCount = list.GetCount();
+        m_pHead = list.GetHeadPosition();
+        m_pTail = list.GetTailPosition();
+    }
+    void File(T* object, void* pos) {
+        if (m_Objects.count(object)) return;
+        FileAt(object, pos, m_nNextSeq++);
+    }
+    void FileAt(T* object, void* pos, uint64_t seq) {
+        Entry& entry = m_Objects[object];
+        entry.pos = pos;
+        entry.seq = seq;
+        std::vector<CString> keys;
+        for (int32_t family = 0; family < KEYS::kFamilies; ++family) {
+            keys.clear();
+            KEYS::Keys(object, family, keys);
+            for (CString const& key : keys) {
+                m_Families[family][key][seq] = object;
+                entry.keys.emplace_back(family, key);
+            }
+        }
+    }
+    void Unfile(T* object) {
+        auto found = m_Objects.find(object);
+        if (found == m_Objects.end()) return;
+        uint64_t seq = found->second.seq;
+        for (auto const& filed : found->second.keys) {
+            auto& family = m_Families[filed.first];
+            auto bucket = family.find(filed.second);
+            if (bucket == family.end()) continue;
+            bucket->second.erase(seq);
+            if (bucket->second.empty()) family.erase(bucket);
+        }
+        m_Objects.erase(found);
+    }
+    Bucket const* Filed(int32_t family, CString const& key) const {
+        if (family < 0 || family >= KEYS::kFamilies) return nullptr;
+        auto found = m_Families[family].find(key);
+        return found == m_Families[family].end() ? nullptr : &found->second;
+    }
+
+    std::unordered_map<CString, Bucket, CStringKeyHash> m_Families[KEYS::kFamilies];
+    std::unordered_map<T*, Entry> m_Objects;
+    uint64_t m_nNextSeq = 0;
+    int32_t m_nCount = 0;
+    void* m_pHead = nullptr;
+    void* m_pTail = nullptr;
+};
+
+using CEnumIndex = CDeclarationIndex<CEnum, CEnumKeys>;
+using CStructIndex = CDeclarationIndex<CStruct, CStructKeys>;
+using CUnionIndex = CDeclarationIndex<CUnion, CUnionKeys>;

@@ -1,0 +1,139 @@
+// Parses a header written inline through the file driver and dumps what the
+// parser's lists hold, one line per enumeration, structure, union and signal
+// group, so that a test compares the whole result in one EXPECT_EQ.
+//   enum E names=[B]: A=0 B=1
+//   struct S tag=T names=[C,B]: x long int; p ptr(int) unsigned short [4][2]
+//   union U: a long int; p_p ptr(struct) unsigned short
+//   group DIAG=256
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "CString.h"
+#include "ParseS2T.h"
+#include "TestSupport.h"
+
+namespace declarations {
+
+inline std::string Text(CString const& s) { return std::string(s.GetData(), static_cast<size_t>(s.GetLength())); }
+
+inline char const* KindWord(int32_t kind) {
+    static char const* const kWords[] = {"int", "char", "struct", "enum", "union", "ptr"};
+    return kind >= 0 && kind <= 5 ? kWords[kind] : "?";
+}
+
+inline std::string Names(CStringList const& names) {
+    if (names.IsEmpty()) return "";
+    std::string out = " names=[";
+    bool first = true;
+    for (void* pos = names.GetHeadPosition(); pos;) {
+        out += (first ? "" : ",") + Text(names.GetNext(pos));
+        first = false;
+    }
+    return out + "]";
+}
+
+// name kind type, then the pointed kind of a pointer, the counts and the bits.
+inline std::string Field(CString const& name, int32_t kind, int32_t pointed, CString const& type, int32_t count) {
+    std::string out = Text(name) + " ";
+    out += kind == FIELD_POINTER ? std::string("ptr(") + KindWord(pointed) + ")" : KindWord(kind);
+    out += " " + Text(type);
+    if (count != 1) out += " [" + std::to_string(count) + "]";
+    return out;
+}
+
+inline std::string DumpEnum(CEnum* parsed) {
+    std::string out = "enum " + Text(parsed->m_strName) + Names(parsed->m_lstNames) + ":";
+    for (void* pos = parsed->m_lstValues.GetHeadPosition(); pos;) {
+        CDefines* value = static_cast<CDefines*>(parsed->m_lstValues.GetNext(pos));
+        out += " " + Text(value->m_strName) + "=" + std::to_string(value->m_nValue);
+    }
+    return out;
+}
+
+inline std::string DumpStruct(CStruct* parsed) {
+    std::string out = "struct " + Text(parsed->m_strName) + " tag=" + Text(parsed->m_strTag) + Names(parsed->m_lstNames) + ":";
+    bool first = true;
+    for (void* pos = parsed->m_lstVars.GetHeadPosition(); pos;) {
+        CStructVar* field = static_cast<CStructVar*>(parsed->m_lstVars.GetNext(pos));
+        out += first ? " " : "; ";
+        first = false;
+        out += Field(field->m_strName, field->m_nType, field->m_nPointedType, field->m_strType, field->m_nArraySize);
+        for (uint32_t i = 0; i < field->m_arrDims.GetSize(); ++i) out += "[" + std::to_string(field->m_arrDims.GetAt(i)) + "]";
+        if (field->m_nBitCount) out += " bits=" + std::to_string(field->m_nBitCount);
+    }
+    return out;
+}
+
+inline std::string DumpUnion(CUnion* parsed) {
+    std::string out = "union " + Text(parsed->m_strName) + ":";
+    bool first = true;
+    for (void* pos = parsed->m_lstVars.GetHeadPosition(); pos;) {
+        CUnionVar* member = parsed->m_lstVars.GetNext(pos);
+        out += first ? " " : "; ";
+        first = false;
+        out += Field(member->m_strName, member->m_nType, member->m_nPointedType, member->m_strType, member->m_nArraySize);
+    }
+    return out;
+}
+
+// Every list of the parser, in list order, one line each.
+inline std::string Dump(CParseS2T& parser) {
+    std::string out;
+    for (void* pos = parser.m_EnumList.GetHeadPosition(); pos;) {
+        out += DumpEnum(static_cast<CEnum*>(parser.m_EnumList.GetNext(pos))) + "\n";
+    }
+    for (void* pos = parser.m_StructList.GetHeadPosition(); pos;) {
+        out += DumpStruct(static_cast<CStruct*>(parser.m_StructList.GetNext(pos))) + "\n";
+    }
+    for (void* pos = parser.m_UnionList.GetHeadPosition(); pos;) {
+        out += DumpUnion(static_cast<CUnion*>(parser.m_UnionList.GetNext(pos))) + "\n";
+    }
+    for (void* pos = parser.m_SignalGroups.GetHeadPosition(); pos;) {
+        SGroup const& group = parser.m_SignalGroups.GetNext(pos);
+        out += "group " + Text(group.m_strName) + "=" + std::to_string(group.m_nValue) + "\n";
+    }
+    return out;
+}
+
+// A parser in signals mode that reads headers from a scratch folder; each one
+// starts from an empty process-wide define map.
+class Harness {
+public:
+    Harness() : m_parser(std::make_unique<CParseS2T>()) {
+        g_DefinesMap.RemoveAll();
+        m_parser->PexilSignalsMode();
+    }
+
+    // Writes the header to a file and runs the driver on it; returns the dump.
+    std::string Parse(std::string const& header, bool exportedOnly = false) {
+        std::string path = m_dir.File("h" + std::to_string(m_nFiles++) + ".h");
+        testsupport::WriteFile(path, header);
+        m_bResult = m_parser->ParseS2TFile(CString(path.c_str()), true, exportedOnly);
+        return Dump(*m_parser);
+    }
+    // The same, capturing what the parse prints.
+    std::string ParseCapturing(std::string const& header, std::string& printed, bool exportedOnly = false) {
+        testsupport::CaptureStdout capture;
+        std::string dump = Parse(header, exportedOnly);
+        printed = capture.Stop();
+        return dump;
+    }
+    std::string Typedef(char const* alias) {
+        CString value;
+        return m_parser->m_TypedefMap.Lookup(CString(alias), value) ? Text(value) : "<none>";
+    }
+
+    CParseS2T& Parser() { return *m_parser; }
+    bool Result() const { return m_bResult; }
+    std::string Folder() const { return m_dir.Path(); }
+
+private:
+    testsupport::ScratchDir m_dir;
+    std::unique_ptr<CParseS2T> m_parser;
+    int m_nFiles = 0;
+    bool m_bResult = false;
+};
+
+}  // namespace declarations

@@ -1,0 +1,131 @@
+// Tests of the enumeration reader: values (implicit, hexadecimal, negative,
+// shifted, quoted and self-referencing), names, repeated names, signal groups
+// and the enumeration look-ups.
+#include <gtest/gtest.h>
+
+#include "DeclarationsHarness.h"
+#include "Records.h"
+#include "RunContext.h"
+#include "Storage.h"
+
+using declarations::Harness;
+
+namespace {
+
+struct EnumRow {
+    char const* header;
+    char const* expected;
+    char const* reason;
+};
+
+}  // namespace
+
+TEST(CParseS2T_Enum, DoEnumValues) {
+    EnumRow const rows[] = {
+        {"enum E { A, B, C };", "enum E: A=0 B=1 C=2\n", "implicit values from 0; the tag names it"},
+        {"typedef enum { A = 5, B, C = 0x10, D } T;", "enum T: A=5 B=6 C=16 D=17\n", "hex and implicit after both"},
+        {"enum E { A = -3, B };", "enum E: A=-3 B=-2\n", "negative value"},
+        {"enum E { A = 1 << 4 };", "enum E: A=16\n", "shift written apart"},
+        {"enum E { A = 'x', B };", "enum E: A=120 B=121\n", "character constant"},
+        {"enum E { A = '0', B = 'ab', C = '7' };", "enum E: A=48 B=97 C=7\n", "quoted digit 0, two characters, 7"},
+        {"enum E { A = 2, B = A + 1 };", "enum E: A=2 B=3\n", "earlier enumerator in an initialiser"},
+        {"enum E { A = ( 2 + 3 ) * 4, B };", "enum E: A=20 B=21\n", "bracketed group then an operator"},
+        {"enum E { A = 8, B = A - 1 | 16 };", "enum E: A=8 B=23\n", "left to right, no precedence"},
+        {"enum E { A = UNKNOWN, B };", "enum E: A=0 B=1\n", "unknown name reads as 0; the , sets the next"},
+        {"enum E { A = 1, B = 0, C };", "enum E: A=1 B=0 C=1\n", "literal 0 replaces, then , sets next"},
+        {"enum E { };", "enum E:\n", "empty body"},
+        {"enum E { A, B, };", "enum E: A=0 B=1\n", "trailing comma"},
+        {"enum { A = 4 };", "enum : A=4\n", "no tag and no name"},
+        {"enum E\n{\n  A = 1,\n  B\n}\n;", "enum E: A=1 B=2\n", "spread over lines"},
+    };
+    for (EnumRow const& row : rows) {
+        Harness h;
+        EXPECT_EQ(row.expected, h.Parse(row.header)) << row.reason;
+    }
+}
+
+TEST(CParseS2T_Enum, DoEnumNamesFromTypedef) {
+    Harness h;
+    EXPECT_EQ("enum First names=[Second,Third]: A=0\n", h.Parse("typedef enum Tag { A } First, Second, Third;"));
+    EXPECT_EQ("First", declarations::Text(h.Parser().FindEnumByName("Third")->m_strName));
+    EXPECT_EQ(nullptr, h.Parser().FindEnumByName("Tag"));
+}
+
+TEST(CParseS2T_Enum, DoEnumWithoutBodyCreatesNothing) {
+    Harness h;
+    EXPECT_EQ("", h.Parse("enum E;\nenum E e;\ntypedef enum E T;\nenum"));
+}
+
+TEST(CParseS2T_Enum, RepeatedNameKeepsFirstAndSwallowsNextToken) {
+    Harness h;
+    // The token read after the repeated enumeration is the "struct" of the
+    // next declaration, which is then lost.
+    EXPECT_EQ("enum E: A=0\n", h.Parse("enum E { A };\nenum E { B };\nstruct S { int a; };\n"));
+}
+
+TEST(CParseS2T_Enum, StrayWordAfterInitialiserIsSkipped) {
+    Harness h;
+    // The "," after the skipped word gives A the next implicit value.
+    EXPECT_EQ("enum E: A=2 B=3\n", h.Parse("enum E { A = 1 junk, B };"));
+}
+
+TEST(CParseS2T_Enum, NameFollowedByWordKeepsNoValue) {
+    Harness h;
+    EXPECT_EQ("enum E: A=-2147483648 B=0 C=1\n", h.Parse("enum E { A junk B, C };"));
+}
+
+TEST(CParseS2T_Enum, PlainIfInsideBodyBecomesEnumerator) {
+    Harness h;
+    EXPECT_EQ("enum E: if=-2147483648 A=0 B=1\n", h.Parse("enum E {\n#if 0\n  A,\n#endif\n  B\n};\n"));
+}
+
+TEST(CParseS2T_Enum, EndOfFileInsideBodyKeepsEnumeration) {
+    Harness h;
+    EXPECT_EQ("enum E: A=1 B=2\n", h.Parse("enum E { A = 1, B"));
+}
+
+TEST(CParseS2T_Enum, EnumeratorsResolveLaterSizesAndMacrosLoseToThem) {
+    Harness h;
+    EXPECT_EQ("enum E: N=3\nstruct S tag=S: a int long [3]\n",
+              h.Parse("#define N 9\nenum E { N = 3 };\nstruct S { int a[N]; };\n"));
+}
+
+TEST(CParseS2T_Enum, SignalIdTagDeclaresGroups) {
+    stData data;
+    CStorage store(&data);
+    Harness h;
+    h.Parser().SetStorage(&store);
+    // A base name with nothing before "_SIGNAL_BASE" makes no group; an
+    // unknown base enters the group with the no-value mark. Newest first.
+    EXPECT_EQ("enum SignalId: X=256 Y=257 Z=0 W=0\ngroup GPS=-2147483648\ngroup DIAG=256\n",
+              h.Parse("#define DIAG_SIGNAL_BASE 256\n"
+                      "typedef enum SignalIdTag { X = DIAG_SIGNAL_BASE, Y, Z = GPS_SIGNAL_BASE, W = _SIGNAL_BASE } "
+                      "SignalId;\n"));
+    ASSERT_NE(nullptr, store.FindGroupById(256));
+    EXPECT_EQ("DIAG", declarations::Text(store.FindGroupById(256)->m_strName));
+    EXPECT_NE(nullptr, store.FindGroupById(INT32_MIN));
+}
+
+TEST(CParseS2T_Enum, GroupsNeedTheSignalIdTag) {
+    Harness h;
+    EXPECT_EQ("enum Other: X=256\n", h.Parse("#define DIAG_SIGNAL_BASE 256\nenum Other { X = DIAG_SIGNAL_BASE };"));
+}
+
+TEST(CParseS2T_Enum, EnumExistsLeavesOutTheLast) {
+    Harness h;
+    h.Parse("enum A { X };\nenum B { Y };\n");
+    EXPECT_TRUE(h.Parser().EnumExists("A"));
+    EXPECT_FALSE(h.Parser().EnumExists("B"));
+    EXPECT_FALSE(h.Parser().EnumExists("C"));
+}
+
+TEST(CParseS2T_Enum, FindEnumByNameSeesListChangedDirectly) {
+    Harness h;
+    h.Parse("enum A { X };\n");
+    CEnum* added = new CEnum;
+    added->m_strName = "Added";
+    added->m_lstNames.AddTail("Alias");
+    h.Parser().m_EnumList.AddTail(added);
+    EXPECT_EQ(added, h.Parser().FindEnumByName("Alias"));
+    EXPECT_TRUE(h.Parser().EnumExists("A"));
+}
