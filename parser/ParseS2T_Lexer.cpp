@@ -20,8 +20,6 @@ bool IsLeftBlank(char c) {
     return value >= 1 && value <= 32;
 }
 
-bool StartsWithText(CString const& line, char const* prefix) { return line.StartsWith(prefix); }
-
 // The separator set as a table: the first separator at or after start, as
 // FindOneOf gives it, without comparing every character with the whole set.
 struct SeparatorTable {
@@ -107,17 +105,17 @@ int CParseS2T::ReadLine(CFile* file, int raw) {
     if (m_bExportedOnly) {
         // A marker counts only on the line directly above its typedef, and only
         // at the first character of the trimmed line.
-        if (StartsWithText(m_strLine, kTypedefStruct) && m_bExportedStruct) return 1;
-        m_bExportedStruct = StartsWithText(m_strLine, kExportedStructMarker);
-        if (StartsWithText(m_strLine, kTypedefEnum) && m_bExportedEnum) return 1;
-        m_bExportedEnum = StartsWithText(m_strLine, kExportedEnumMarker);
+        if (m_strLine.StartsWith(kTypedefStruct) && m_bExportedStruct) return 1;
+        m_bExportedStruct = m_strLine.StartsWith(kExportedStructMarker);
+        if (m_strLine.StartsWith(kTypedefEnum) && m_bExportedEnum) return 1;
+        m_bExportedEnum = m_strLine.StartsWith(kExportedEnumMarker);
     }
     if (raw != 0) return 1;
     DeleteRemark(m_strLine);
     if (m_strLine.IsEmpty() || m_strLine.GetAt(0) != '#') return 1;
     m_strLine.Remove('#');
     m_strLine.TrimLeft(CString(kBlankAndTab));
-    if (StartsWithText(m_strLine, kKeywordInclude) || StartsWithText(m_strLine, kKeywordDefine)) return 1;
+    if (m_strLine.StartsWith(kKeywordInclude) || m_strLine.StartsWith(kKeywordDefine)) return 1;
     // A directive read while another is being handled is handled after it, by
     // the loop in ParsePPStatements: a header of many directive lines in a row
     // must not nest one call per line.
@@ -235,7 +233,7 @@ CString CParseS2T::GetToken(CFile* file) {
             CommitLinePos();
             m_strLine.Remove('#');
             m_strLine.TrimLeft(CString(kBlankAndTab));
-            if (!StartsWithText(m_strLine, kKeywordInclude) && !StartsWithText(m_strLine, kKeywordDefine)) {
+            if (!m_strLine.StartsWith(kKeywordInclude) && !m_strLine.StartsWith(kKeywordDefine)) {
                 ParsePPStatements(file);
             }
             continue;

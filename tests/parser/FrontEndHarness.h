@@ -14,53 +14,35 @@ public:
         g_DefinesMap.RemoveAll();
         Open(text);
     }
-
-    // Starts on another header with the same parser, as the driver does per file.
+    // Another header for the same parser, as the driver starts each file.
     void Open(std::string const& text) {
         m_file.OpenText(CString(text.data(), static_cast<int32_t>(text.size())));
         m_parser->m_strFileName = "hdr.h";
         m_parser->m_nFileLength = m_file.GetLength();
-        m_parser->m_nLineNo = 0;
         m_parser->ResetDefineTable();
     }
-
-    // The driver's order: one cleaned line, then tokens until the end of the file.
-    // Each token is written as text:kind; at most limit tokens are taken.
-    std::string Tokens(int limit = 100000) {
+    // The driver's order: one cleaned line, then tokens to the end of the file.
+    // With kinds, every token is text:kind; without, #defines are recorded and
+    // the other non-empty tokens listed.
+    std::string Tokens(bool kinds = true) {
         std::string out;
         if (!m_parser->ReadLine(&m_file, 0)) return "<no line>";
-        for (int i = 0; i < limit; ++i) {
-            CString token = m_parser->GetToken(&m_file);
-            if (m_parser->m_nTokenType == TOKEN_EOF) break;
-            if (!out.empty()) out += ' ';
-            out += std::string(token.GetData(), static_cast<size_t>(token.GetLength())) + ":" +
-                   std::to_string(m_parser->m_nTokenType);
-        }
-        return out;
-    }
-
-    // Reads the whole header as the driver does: every #define is recorded and
-    // every other token is returned, separated by blanks.
-    std::string Parse() {
-        std::string out;
-        if (!m_parser->ReadLine(&m_file, 0)) return out;
         for (;;) {
             CString token = m_parser->GetToken(&m_file);
-            if (m_parser->m_nTokenType == TOKEN_EOF) return out;
-            if (m_parser->m_nTokenType == TOKEN_DEFINE) {
-                CString name = m_parser->GetToken(&m_file);
-                if (m_parser->IsTypeDef(name)) m_parser->AddDefineStatementToDefineArray(&m_file, name);
+            int32_t kind = m_parser->m_nTokenType;
+            if (kind == TOKEN_EOF) return out;
+            if (!kinds && kind == TOKEN_DEFINE) {
+                m_parser->AddDefineStatementToDefineArray(&m_file, m_parser->GetToken(&m_file));
                 continue;
             }
-            if (token.IsEmpty()) continue;
-            if (!out.empty()) out += ' ';
-            out += token.GetData();
+            if (!kinds && token.IsEmpty()) continue;
+            out += (out.empty() ? "" : " ") + std::string(token.GetData(), static_cast<size_t>(token.GetLength()));
+            if (kinds) out += ":" + std::to_string(kind);
         }
     }
-
-    CParseS2T& Parser() { return *m_parser; }
+    std::string Parse() { return Tokens(false); }
+    CParseS2T& P() { return *m_parser; }
     CFile* File() { return &m_file; }
-    std::string Line() { return std::string(m_parser->CurrentLine().GetData()); }
 
 private:
     std::unique_ptr<CParseS2T> m_parser;
