@@ -190,7 +190,7 @@ void CParseS2T::ClassifyTypeWord(CFile* file, CString const& word, SFieldType& t
     // The look-ahead for a "*" is made right after the first type word; it only
     // matters for primitive types, so it is skipped for the others.
     CString first = ResolveTypeAlias(word);
-    bool readsPast = first == decltexts::kUnsigned || first == decltexts::kSigned;
+    bool readsPast = first == decltexts::kUnsigned || first == decltexts::kSigned || IsReservedKeyword(first);
     bool pointer = readsPast && IsPointer(file);
     type.type = NormaliseTypeName(ResolveFieldType(file, word, pending));
     type.kind = SelectFieldKind(type.type);
@@ -269,7 +269,16 @@ void CParseS2T::ReadDeclarator(CFile* file, SStructBody& body, SFieldType const&
             ReadArrayDimension(file, declarator, token);
             continue;
         }
-        if (token == ":") {
+        int32_t colon = token.Find(':');
+        if (colon > 0 && !declarator.field && !declarator.done) {
+            // "a:4" comes as one word: the name, then the width.
+            declarator.name = token.Left(colon);
+            declarator.wordSeen = true;
+            declarator.lastToken = declarator.name;
+            token = token.Mid(colon);
+            continue;
+        }
+        if (colon == 0) {
             if (!declarator.done && !declarator.field) CreateField(body, type, declarator);
             ReadBitWidth(file, body, declarator, token);
             continue;
@@ -351,12 +360,18 @@ int32_t CParseS2T::ReadPointerArraySize(CFile* file, CString& token) {
     return count;
 }
 
+// token is ":" or ":<width>"; on return it holds the token after the width.
 void CParseS2T::ReadBitWidth(CFile* file, SStructBody& body, SDeclarator& declarator, CString& token) {
-    token = GetBodyToken(file);
     int32_t width = 0;
-    if (m_nTokenType == TOKEN_ORDINARY && token != "}" && token != ",") {
-        width = Atoi32(token);
+    if (token.GetLength() > 1) {
+        width = Atoi32(token.Mid(1));
         token = GetBodyToken(file);
+    } else {
+        token = GetBodyToken(file);
+        if (m_nTokenType == TOKEN_ORDINARY && token != "}" && token != ",") {
+            width = Atoi32(token);
+            token = GetBodyToken(file);
+        }
     }
     if (declarator.field && !declarator.done) AddBitField(body.parsed, declarator.field, width, body.holderCounter);
     declarator.field = nullptr;

@@ -166,9 +166,19 @@ bool CParseS2T::ReadMemberDeclarator(CFile* file, SMemberType const& type, CUnio
             ReadMemberArraySize(file, member, token);
             continue;
         }
-        if (token == ":") {
-            token = GetBodyToken(file);  // the bit width, not kept for union members
-            if (m_nTokenType == TOKEN_ORDINARY && token != "}" && token != ",") token = GetBodyToken(file);
+        int32_t colon = token.Find(':');
+        if (colon > 0) {
+            // "a:4" comes as one word: the name, then the width.
+            member->m_strName = token.Left(colon);
+            wordSeen = true;
+            token = token.Mid(colon);
+            continue;
+        }
+        if (colon == 0) {
+            // The bit width is not kept for union members.
+            bool widthRead = token.GetLength() > 1;
+            token = GetBodyToken(file);
+            if (!widthRead && m_nTokenType == TOKEN_ORDINARY && token != "}" && token != ",") token = GetBodyToken(file);
             continue;
         }
         if (token == "*") pointer = true;

@@ -3,4 +3,6 @@
 ks_add_test(parser_declaration_tests
   SOURCES
     ${CMAKE_CURRENT_SOURCE_DIR}/EnumTest.cpp
+    ${CMAKE_CURRENT_SOURCE_DIR}/FieldTypesTest.cpp
+    ${CMAKE_CURRENT_SOURCE_DIR}/StructTest.cpp
   LIBS ks_parser ks_testsupport)
