@@ -9,11 +9,23 @@
 // enumeration, a typedef of a primitive, a known union, "unsigned"/"signed"
 // with keywords, or any other word (kept as written, kind int). A declarator
 // is its words with "*", "(" and ")": the last word is the name, a "*" makes
-// an "unsigned short" pointer named "p_<name>", and "[n]" sets the count.
+// an "unsigned short" pointer named "p_<name>", and "[n]" sets the count
+// (several dimensions multiply).
 #include "ParseS2T.h"
 
 #include "DeclarationTexts.h"
 #include "NumberText.h"
+
+namespace {
+
+int32_t SaturatedProduct(int32_t a, int32_t b) {
+    int64_t product = static_cast<int64_t>(a) * b;
+    if (product > INT32_MAX) return INT32_MAX;
+    if (product < INT32_MIN) return INT32_MIN;
+    return static_cast<int32_t>(product);
+}
+
+}  // namespace
 
 // A member statement's type, classified once for all its declarators.
 struct CParseS2T::SMemberType {
@@ -208,7 +220,9 @@ void CParseS2T::ReadMemberArraySize(CFile* file, CUnionVar* member, CString& tok
     while (m_nTokenType == TOKEN_ORDINARY && (token == "(" || token == ")")) token = GetBodyToken(file);
     if (m_nTokenType == TOKEN_ORDINARY && token != "]" && token != "}") {
         int32_t value = Atoi32(token) != 0 || token == "0" ? Atoi32(token) : FindEnumVal(token);
-        if (value != kNoValue) member->m_nArraySize = value;
+        // A member has one count: the dimensions of a multi-dimensional array
+        // are multiplied into it, so that it covers every element.
+        if (value != kNoValue) member->m_nArraySize = SaturatedProduct(member->m_nArraySize, value);
         while (m_nTokenType == TOKEN_ORDINARY && token != "]" && token != "}") token = GetBodyToken(file);
     }
     if (m_nTokenType == TOKEN_ORDINARY && token == "]") token = GetBodyToken(file);

@@ -5,4 +5,6 @@ ks_add_test(parser_declaration_tests
     ${CMAKE_CURRENT_SOURCE_DIR}/EnumTest.cpp
     ${CMAKE_CURRENT_SOURCE_DIR}/FieldTypesTest.cpp
     ${CMAKE_CURRENT_SOURCE_DIR}/StructTest.cpp
+    ${CMAKE_CURRENT_SOURCE_DIR}/UnionTest.cpp
+    ${CMAKE_CURRENT_SOURCE_DIR}/DriverTest.cpp
   LIBS ks_parser ks_testsupport)

@@ -97,13 +97,13 @@ inline std::string Dump(CParseS2T& parser) {
     return out;
 }
 
-// A parser in signals mode that reads headers from a scratch folder; each one
+// A parser (in signals mode unless asked otherwise) that reads headers from a scratch folder; each one
 // starts from an empty process-wide define map.
 class Harness {
 public:
-    Harness() : m_parser(std::make_unique<CParseS2T>()) {
+    explicit Harness(bool signalsMode = true) : m_parser(std::make_unique<CParseS2T>()) {
         g_DefinesMap.RemoveAll();
-        m_parser->PexilSignalsMode();
+        if (signalsMode) m_parser->PexilSignalsMode();
     }
 
     // Writes the header to a file and runs the driver on it; returns the dump.

@@ -1,0 +1,108 @@
+// Tests of the union reader: generated names, typedef and tagged forms,
+// several names, replacement of a repeated name, member kinds, pointers,
+// array sizes, nested aggregates and the union look-ups.
+#include <gtest/gtest.h>
+
+#include "DeclarationsHarness.h"
+
+using declarations::Harness;
+
+namespace {
+
+struct UnionRow {
+    char const* header;
+    char const* expected;
+    char const* reason;
+};
+
+}  // namespace
+
+TEST(CParseS2T_Union, DoUnionForms) {
+    UnionRow const rows[] = {
+        {"typedef union { int a; };\nunion { char b; };", "union ksGenUnion_0: a int int\nunion ksGenUnion_1: b int char\n",
+         "anonymous unions are numbered"},
+        {"typedef union Tag { int a; } U;", "union U: a int int\n", "the typedef form ignores the tag"},
+        {"union Tag { int a; } u;", "union Tag: a int int\n", "the tagged form keeps its tag"},
+        {"typedef union { int a; char b[4]; } A, *B, C;", "union A: a int int; b int char [4]\nunion B: a int int; b int char [4]\n"
+         "union C: a int int; b int char [4]\n",
+         "further names are unions with copied members"},
+        {"typedef union { int a; } U;\ntypedef union { char b; } U;", "union U: b int char\n", "a later union replaces"},
+        {"union U { int a; };\nunion U { char b; };", "union U: b int char\n", "tagged form replaces too"},
+        {"union U u;\nunion U;\ntypedef union U V;", "", "no body creates nothing"},
+    };
+    for (UnionRow const& row : rows) {
+        Harness h;
+        EXPECT_EQ(row.expected, h.Parse(row.header)) << row.reason;
+    }
+}
+
+TEST(CParseS2T_Union, DoUnionMemberKinds) {
+    Harness h;
+    EXPECT_EQ("enum E: A=0\nstruct X tag=X: a int long\n"
+              "union V: v int int\n"
+              "union U: e enum E; b int U8; w union v; s int unsigned short; x int unsigned; t int MyType; "
+              "y int X; z struct X; q union Q; m int unsigned long long\n",
+              h.Parse("enum E { A };\nstruct X { int a; };\ntypedef unsigned char U8;\ntypedef union { int v; } V;\n"
+                      "typedef union {\n  E e;\n  U8 b;\n  v w;\n  unsigned short s;\n  unsigned x;\n  MyType t;\n"
+                      "  X y;\n  struct X z;\n  union Q q;\n  const unsigned long long m;\n} U;\n"));
+}
+
+TEST(CParseS2T_Union, DoUnionPointersAndArrays) {
+    Harness h;
+    EXPECT_EQ("enum E: N=3\nstruct X tag=X: a int long\n"
+              "union V: v int int\n"
+              "union U: p_p ptr(struct) unsigned short; p_q ptr(int) unsigned short; p_r ptr(union) unsigned short; "
+              "p_c ptr(int) unsigned short; p_w ptr(union) unsigned short; a int char; b int char [3]; "
+              "c int char [8]; d int char [0]; f int char [10]\n",
+              h.Parse("enum E { N = 3 };\nstruct X { int a; };\ntypedef union { int v; } V;\n"
+                      "typedef union {\n  struct X *p;\n  struct Y *q;\n  union V *r;\n  char *c;\n  V **w;\n"
+                      "  char a[UNKNOWN];\n  char b[N];\n  char c[(8)];\n  char d[0];\n  char f[2][5];\n} U;\n"));
+}
+
+TEST(CParseS2T_Union, DoUnionSeveralDeclaratorsAndBitWidths) {
+    Harness h;
+    EXPECT_EQ("union U: a int int; p_b ptr(int) unsigned short; c int int; d int int; e int int\n",
+              h.Parse("typedef union { int a, *b, c; int d:3, e : 4; } U;"));
+}
+
+TEST(CParseS2T_Union, DoUnionNestedAggregates) {
+    Harness h;
+    // The union's prefix stands before the names of what is nested in it; an
+    // anonymous member keeps a member without a name.
+    EXPECT_EQ("struct ksGenUnion_0_ksTag_0 tag=: a int long\n"
+              "struct ksGenUnion_0_ksTag_1 tag=: c int long\n"
+              "union W: s struct ksGenUnion_0_ksTag_0; u union ksGenUnion_1;  struct ksGenUnion_0_ksTag_1\n"
+              "union ksGenUnion_1: b int int\n",
+              h.Parse("typedef union { struct { int a; } s; union { int b; } u; struct { int c; }; } W;"));
+}
+
+TEST(CParseS2T_Union, UnionInsideStructure) {
+    Harness h;
+    EXPECT_EQ("struct S tag=S: u union Inner; p_v ptr(union) Inner\nunion Inner: a int int; b int char\n",
+              h.Parse("struct S { union Inner { int a; char b; } u, *v; };"));
+}
+
+TEST(CParseS2T_Union, FindWithoutCaseRemoveWithCase) {
+    Harness h;
+    h.Parse("typedef union { int a; } abc;\ntypedef union { int b; } ABC;\n");
+    CUnion* first = h.Parser().FindUnionByName("Abc");
+    ASSERT_NE(nullptr, first);
+    EXPECT_EQ("abc", declarations::Text(first->m_strName));
+    EXPECT_EQ(1, h.Parser().RemoveUnionByName("ABC"));
+    EXPECT_EQ("union abc: a int int\n", declarations::Dump(h.Parser()));
+    EXPECT_EQ(0, h.Parser().RemoveUnionByName("ABC"));
+    EXPECT_EQ(0, h.Parser().RemoveUnionByName(""));
+    EXPECT_EQ(first, h.Parser().FindUnionByNamePattern("b"));
+    EXPECT_EQ(nullptr, h.Parser().FindUnionByNamePattern("B"));
+}
+
+TEST(CParseS2T_Union, LookupsSeeUnionsAddedDirectly) {
+    Harness h;
+    h.Parse("typedef union { int a; } First;\n");
+    CUnion* added = new CUnion;
+    added->m_strName = "Second";
+    h.Parser().m_UnionList.AddTail(added);
+    EXPECT_EQ(added, h.Parser().FindUnionByName("SECOND"));
+    EXPECT_EQ(1, h.Parser().RemoveUnionByName("Second"));
+    EXPECT_EQ(nullptr, h.Parser().FindUnionByName("second"));
+}
