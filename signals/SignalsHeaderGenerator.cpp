@@ -175,8 +175,8 @@ bool CSignalParser::GenerateSignalsHFile(CString path) {
         if (!object || object->GetObjTypes() != OBJ_STRUCT) continue;
         CStruct& record = *static_cast<CStruct*>(object);
         if (IsSkippedStruct(record.m_strName)) continue;
-        // Each structure gets its unions written again right before it, so
-        // that any one structure can be cut out of the header with them.
+        // A union is written before every structure that uses it, and once
+        // per field that uses it: the same union can appear many times.
         CStringList unions;
         ContainsUnion(&record, unions);
         for (void* at = unions.GetHeadPosition(); at;) {
