@@ -12,7 +12,7 @@
 
 #define MAX_NAME_LEN        16
 #define MAX_CHANNELS        8
-#define SAMPLE_ROWS         4
+#define SAMPLE_ROWS         2
 #define SAMPLE_COLUMNS      ( MAX_CHANNELS / 2 )
 
 typedef unsigned char  UINT8;
