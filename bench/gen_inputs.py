@@ -29,7 +29,7 @@ def header_blocks(rng):
                 lines.append("    %s_V%d%s," % (name.upper(), i, value))
             lines += ["    %s_LAST" % name.upper(), "} %s;" % name, ""]
             enums.append(name)
-        elif kind < 0.3 or not structs:
+        elif kind < 0.3:
             name = "Union%d" % n
             lines = ["typedef union", "{"]
             for i in range(rng.randint(2, 6)):
