@@ -60,6 +60,23 @@ CString UnionMemberType(CUnionVar const& member) {
     return hasWord ? CString(kUnionKindWords[member.m_nType]) : member.m_strType;
 }
 
+// The record of one union member. A structure member is flagged as a signal
+// when its type names a parsed structure, since every parsed structure is
+// stored as a signal.
+void FillUnionMember(CParseS2T& parser, stStructVar& field, CUnionVar const& member) {
+    field.m_strName = member.m_strName;
+    field.m_nDim[0] = member.m_nArraySize;
+    field.m_nKind = UnionMemberKind(member.m_nType);
+    if (member.m_nType == FIELD_STRUCT) {
+        field.m_strType = member.m_strType;
+        field.m_strTypeText = kStructKindText;
+        field.m_bSignal = parser.FindStructByName(member.m_strType) != nullptr;
+    } else {
+        field.m_strType = UnionMemberType(member);
+        field.m_strTypeText = member.m_strType;
+    }
+}
+
 // One signal member, appended to the signal.
 void AddSignalVar(stSignal& signal, int32_t type, int32_t count, CString const& name, CString const& typeName) {
     stSignalVar* member = new stSignalVar;
@@ -107,17 +124,7 @@ void CParseS2T::WriteUnions() {
             CUnionVar* member = parsed->m_lstVars.GetNext(var);
             if (!member) continue;
             stStructVar field(false);
-            field.m_strName = member->m_strName;
-            field.m_nDim[0] = member->m_nArraySize;
-            field.m_nKind = UnionMemberKind(member->m_nType);
-            if (member->m_nType == FIELD_STRUCT) {
-                field.m_strType = member->m_strType;
-                field.m_strTypeText = kStructKindText;
-                field.m_bSignal = FindStructByName(member->m_strType) != nullptr;
-            } else {
-                field.m_strType = UnionMemberType(*member);
-                field.m_strTypeText = member->m_strType;
-            }
+            FillUnionMember(*this, field, *member);
             record->AddField(&field);
         }
     }
