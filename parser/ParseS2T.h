@@ -304,6 +304,8 @@ public:
     void FinishStruct(CFile* file, CStruct* parsed, bool typedefForm, CStruct* earlier);
     void ReadFurtherStructNames(CFile* file, CStruct* parsed);
     void SkipRestOfLine(CFile* file);
+    struct SLineView;
+    SLineView RestOfLine();
     SLookAhead SaveLookAhead(CFile* file);
     void RestoreLookAhead(CFile* file, SLookAhead const& saved);
     // Union bodies (ParseS2T_Union.cpp).

@@ -29,6 +29,7 @@
 #include "ParseS2T.h"
 
 #include <cstdio>
+#include <cstring>
 
 #include "DeclarationTexts.h"
 #include "NumberText.h"
@@ -49,6 +50,13 @@ struct CParseS2T::SStructBody {
     int32_t holderCounter = 0;
     bool ended = false;      // a "}" inside a statement or the end of the file
     bool endOfFile = false;
+};
+
+// The rest of the current line, seen in place.
+struct CParseS2T::SLineView {
+    char const* text = nullptr;
+    int32_t length = 0;
+    int32_t statementEnd = -1;  // the first ";" or "{", or -1
 };
 
 // The reader's place, kept across a look-ahead.
@@ -72,17 +80,35 @@ struct CParseS2T::SDeclarator {
 
 namespace {
 
-// A "*" on the line makes a pointer unless it multiplies inside an array size
-// or opens a comment.
-bool LineMakesPointer(CString const& line) {
-    int32_t star = line.Find('*');
-    if (star < 0) return false;
-    int32_t open = line.Find('[');
-    if (open >= 0 && open < star && line.ReverseFind(']') > star) return false;
-    return !(star > 0 && line.GetAt(star - 1) == '/');
+int32_t FindIn(char const* text, int32_t length, char c) {
+    void const* found = length > 0 ? std::memchr(text, c, static_cast<size_t>(length)) : nullptr;
+    return found ? static_cast<int32_t>(static_cast<char const*>(found) - text) : -1;
 }
 
-bool HoldsStatementEnd(CString const& line) { return line.Find(';') >= 0 || line.Find('{') >= 0; }
+int32_t ReverseFindIn(char const* text, int32_t length, char c) {
+    for (int32_t i = length - 1; i >= 0; --i) {
+        if (text[i] == c) return i;
+    }
+    return -1;
+}
+
+// A "*" on the line makes a pointer unless it multiplies inside an array size
+// or opens a comment.
+bool LineMakesPointer(char const* text, int32_t length) {
+    int32_t star = FindIn(text, length, '*');
+    if (star < 0) return false;
+    int32_t open = FindIn(text, star, '[');
+    if (open >= 0 && ReverseFindIn(text, length, ']') > star) return false;
+    return !(star > 0 && text[star - 1] == '/');
+}
+
+// Where the first ";" or "{" of the text stands, or -1.
+int32_t StatementEnd(char const* text, int32_t length) {
+    for (int32_t i = 0; i < length; ++i) {
+        if (text[i] == ';' || text[i] == '{') return i;
+    }
+    return -1;
+}
 
 }  // namespace
 
@@ -430,6 +456,20 @@ void CParseS2T::SkipBody(CFile* file) {
 
 // ---- look-ahead
 
+// The rest of the current line as the lexer holds it, read in place. The two
+// look-aheads judge the whole rest of an ordinary line; on a rest longer than
+// the lexer keeps exact they judge it up to the end of the current statement,
+// so that a header written on one huge line is still read in linear time.
+CParseS2T::SLineView CParseS2T::RestOfLine() {
+    CheckLinePos();
+    SLineView view;
+    view.text = m_strLine.GetData() + m_nLinePos;
+    view.length = m_strLine.GetLength() - m_nLinePos;
+    view.statementEnd = StatementEnd(view.text, view.length);
+    if (view.length > kExactLineLimit && view.statementEnd >= 0) view.length = view.statementEnd + 1;
+    return view;
+}
+
 CParseS2T::SLookAhead CParseS2T::SaveLookAhead(CFile* file) {
     SLookAhead saved;
     saved.position = file->GetPosition();
@@ -445,26 +485,29 @@ void CParseS2T::RestoreLookAhead(CFile* file, SLookAhead const& saved) {
 }
 
 bool CParseS2T::IsPointer(CFile* file) {
+    SLineView view = RestOfLine();
+    bool pointer = LineMakesPointer(view.text, view.length);
+    if (pointer || view.statementEnd >= 0) return pointer;
+    // The statement goes on below: read on until a line holds ";" or "{".
     SLookAhead saved = SaveLookAhead(file);
-    bool pointer = LineMakesPointer(saved.line);
-    bool more = !HoldsStatementEnd(saved.line);
-    while (!pointer && more && ReadLine(file, 0)) {
+    for (bool more = true; more && !pointer && ReadLine(file, 0);) {
         CString const& line = CurrentLine();
         pointer = line.Find('*') >= 0;
-        more = !HoldsStatementEnd(line);
+        more = line.Find(';') < 0 && line.Find('{') < 0;
     }
     RestoreLookAhead(file, saved);
     return pointer;
 }
 
 bool CParseS2T::IsStructDeclaration(CFile* file) {
+    SLineView view = RestOfLine();
+    if (view.statementEnd >= 0) return FindIn(view.text, view.length, '{') >= 0;
     SLookAhead saved = SaveLookAhead(file);
-    bool body = saved.line.Find('{') >= 0;
-    bool more = !HoldsStatementEnd(saved.line);
-    while (more && ReadLine(file, 0)) {
+    bool body = false;
+    for (bool more = true; more && ReadLine(file, 0);) {
         CString const& line = CurrentLine();
         body = line.Find('{') >= 0;
-        more = !HoldsStatementEnd(line);
+        more = !body && line.Find(';') < 0;
     }
     RestoreLookAhead(file, saved);
     return body;

@@ -196,6 +196,20 @@ TEST(CParseS2T_Struct, DeepNestingIsBounded) {
     EXPECT_EQ(0, h.Parser().m_nNestingDepth);
 }
 
+TEST(CParseS2T_Struct, DeepNestingOfUnionsAndStructuresIsBounded) {
+    std::string header = "typedef union {\n";
+    int const depth = 2000;
+    for (int i = 1; i < depth; ++i) header += i % 2 ? "struct {\n" : "union {\n";
+    header += "int x;\n";
+    for (int i = depth - 1; i >= 1; --i) header += "} m" + std::to_string(i) + ";\n";
+    header += "} Top;\n";
+    Harness h;
+    h.Parse(header);
+    EXPECT_EQ(CParseS2T::kMaxNesting + 1, h.Parser().m_StructList.GetCount() + h.Parser().m_UnionList.GetCount());
+    ASSERT_NE(nullptr, h.Parser().FindUnionByName("Top"));
+    EXPECT_EQ("union Top: m1 struct ksGenUnion_0_ksTag_0", declarations::DumpUnion(h.Parser().FindUnionByName("Top")));
+}
+
 namespace {
 
 // The look-ups as walks of the lists in list order.
