@@ -426,13 +426,18 @@ public:
     }
 
 private:
-    // The first growth adds the growth step (50 for CArray: the 51st Add raises
-    // the capacity from 50 to 100); later ones at least double, so that building
-    // a long array stays linear.
+    // Small arrays double from 4 up to the growth step, so that the many short
+    // field lists of a large database do not each hold 50 slots; from the growth
+    // step on, the capacity at least doubles (for CArray the 51st Add raises it
+    // from 50 to 100), so that building a long array stays linear.
+    static uint64_t NextCapacity(uint64_t capacity, uint64_t step) {
+        if (capacity < step) return capacity * 2 < 4 ? (step < 4 ? step : 4) : (capacity * 2 < step ? capacity * 2 : step);
+        return capacity + (capacity > step ? capacity : step);
+    }
     void EnsureCapacity(uint32_t needed) {
         if (needed <= m_nCapacity) return;
         uint64_t capacity = m_nCapacity;
-        while (capacity < needed) capacity += capacity > m_nGrowBy ? capacity : m_nGrowBy;
+        while (capacity < needed) capacity = NextCapacity(capacity, m_nGrowBy);
         if (capacity > UINT32_MAX / 2) capacity = needed;
         T* block = new T[static_cast<size_t>(capacity)];
         for (uint32_t i = 0; i < m_nSize; ++i) block[i] = std::move(m_pData[i]);

@@ -100,9 +100,11 @@ TEST(MyMap, IndexOperatorAppendsAnEmptyValue) {
     EXPECT_EQ(nullptr, map.GetStartPosition());
 }
 
-TEST(MyArray, GrowsByFiftyAtFirst) {
+TEST(MyArray, GrowsSmallThenByTheStep) {
     CArray<int> array;
-    for (int i = 0; i < 50; ++i) array.Add(i);
+    array.Add(0);
+    EXPECT_EQ(4u, array.GetCapacity());
+    for (int i = 1; i < 50; ++i) array.Add(i);
     EXPECT_EQ(50u, array.GetCapacity());
     array.Add(50);
     EXPECT_EQ(100u, array.GetCapacity());
