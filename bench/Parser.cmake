@@ -2,3 +2,4 @@
 ks_add_benchmark(TokenizerBench
   SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/TokenizerBench.cpp
   LIBS ks_parser)
+ks_add_benchmark(HeaderParseBench SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/HeaderParseBench.cpp LIBS ks_parser)
