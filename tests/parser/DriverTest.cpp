@@ -184,11 +184,39 @@ TEST(CParseS2T_Driver, TruncatedHeadersNeverHang) {
     std::string const header = RealisticHeader();
     ASSERT_LT(1000u, header.size());
     for (size_t cut = 0; cut < header.size(); cut += 50) {
+        for (bool signalsMode : {true, false}) {
+            Harness h(signalsMode);
+            std::string printed;
+            testsupport::CaptureStderr errors;
+            h.ParseCapturing(header.substr(0, cut), printed, !signalsMode);
+            errors.Stop();
+            EXPECT_TRUE(h.Result()) << cut;
+            EXPECT_EQ(0, h.Parser().m_nNestingDepth) << cut;
+        }
+    }
+}
+
+TEST(CParseS2T_Driver, MutatedHeadersNeverCrash) {
+    std::string const header = RealisticHeader();
+    char const punctuation[] = "{};,*()[]:=#/'\n ";
+    std::mt19937 random(77);
+    for (int round = 0; round < 150; ++round) {
+        std::string mutated = header;
+        for (int i = 0; i < 12; ++i) {
+            size_t at = random() % mutated.size();
+            switch (random() % 3) {
+                case 0: mutated[at] = punctuation[random() % (sizeof(punctuation) - 1)]; break;
+                case 1: mutated.erase(at, 1 + random() % 20); break;
+                default: mutated.insert(at, 1, static_cast<char>(random() % 256)); break;
+            }
+            if (mutated.empty()) mutated = "x";
+        }
         Harness h;
         std::string printed;
-        h.ParseCapturing(header.substr(0, cut), printed);
-        EXPECT_TRUE(h.Result()) << cut;
-        EXPECT_EQ(0, h.Parser().m_nNestingDepth) << cut;
+        testsupport::CaptureStderr errors;
+        h.ParseCapturing(mutated, printed);
+        errors.Stop();
+        EXPECT_TRUE(h.Result()) << round;
     }
 }
 

@@ -104,6 +104,9 @@ TEST(CParseS2T_Struct, DoStructNames) {
 TEST(CParseS2T_Struct, RepeatedTagReplacesEarlierAndTakesItsNames) {
     ExpectRows({
         {"struct T { int a; };\nstruct T { char b; };", "struct T tag=T: b char char\n", "the later one stays"},
+        {"struct B { int x; };\nstruct A { struct B { char y; } b; };",
+         "struct B tag=B: x int long\nstruct B tag=B: y char char\nstruct A tag=A: b struct B\n",
+         "a nested structure never replaces"},
         {"typedef struct T { int a; } A, B;\nstruct X { int x; };\nstruct T { char c; };",
          "struct X tag=X: x int long\nstruct T tag=T names=[B]: c char char\n", "names handed over; appended last"},
     });
@@ -289,6 +292,16 @@ TEST(CParseS2T_Struct, LookupsSeeStructuresAddedDirectly) {
     EXPECT_FALSE(h.Parser().StructExists("T"));
     EXPECT_EQ(added, h.Parser().FindStructByNamePattern("dde"));
     EXPECT_EQ(nullptr, h.Parser().FindStructByNamePattern("zz"));
+}
+
+TEST(CParseS2T_Struct, FindStructByNamePrefersNameOrTag) {
+    Harness h;
+    h.Parse("typedef struct { int a; } X, Y, Z;\ntypedef struct { int b; } P, Z;\ntypedef struct Q { int c; } Y;\n");
+    CParseS2T& parser = h.Parser();
+    EXPECT_EQ("Y", declarations::Text(parser.FindStructByName("Y")->m_strName));
+    EXPECT_EQ("P", declarations::Text(parser.FindStructByName("Z")->m_strName));
+    EXPECT_EQ("Y", declarations::Text(parser.FindStructByName("Q")->m_strName));
+    EXPECT_EQ(nullptr, parser.FindStructByName("W"));
 }
 
 TEST(CParseS2T_Struct, MoveAdditionalNamesEmptiesTheSource) {

@@ -29,6 +29,13 @@ TEST(CParseS2T_Union, DoUnionForms) {
         {"typedef union { int a; } U;\ntypedef union { char b; } U;", "union U: b int char\n", "a later union replaces"},
         {"union U { int a; };\nunion U { char b; };", "union U: b int char\n", "tagged form replaces too"},
         {"union U u;\nunion U;\ntypedef union U V;", "", "no body creates nothing"},
+        {"typedef union { int a; } A;\ntypedef union { int b; };", "union A: a int int\nunion ksGenUnion_1: b int int\n",
+         "a typedef form uses up a generated number even when named"},
+        {"union A { union A { int a; } in; };", "union A: in union A\n",
+         "the top-level union removes a nested one of its name, never itself"},
+        {"struct S { union A { int a; } x; };\nstruct T { union A { char b; } y; };",
+         "struct S tag=S: x union A\nstruct T tag=T: y union A\nunion A: a int int\nunion A: b int char\n",
+         "nested unions never replace"},
     };
     for (UnionRow const& row : rows) {
         Harness h;
