@@ -8,7 +8,7 @@
 
 #include <cstdio>
 
-#include "DeclarationTexts.h"
+#include "ParserTexts.h"
 
 namespace {
 
@@ -17,7 +17,7 @@ namespace {
 bool IsMarkedDoNotPreprocess(CFile& file) {
     CString first;
     if (!file.ReadString(first)) return true;
-    return first.StartsWith(decltexts::kDoNotPreprocess);
+    return first.StartsWith(kDoNotPreprocess);
 }
 
 CString WithoutStars(CString const& text) {
@@ -40,7 +40,7 @@ bool CParseS2T::ParseS2TFile(CString path, bool /*firstFlag*/, bool exportedOnly
     CFile file;
     bool opened = file.Open(path, "r") != 0;
     if (!opened) {
-        std::printf(decltexts::kMsgCannotOpen, path.GetData());
+        std::printf(kMsgCannotOpen, path.GetData());
     } else {
         m_nFileLength = file.GetLength();
         ResetDefineTable();
@@ -69,13 +69,13 @@ void CParseS2T::ParseTopLevel(CFile* file) {
                 CString name = GetToken(file);
                 if (m_nTokenType == TOKEN_EOF) break;
                 if (IsTypeDef(name)) AddDefineStatementToDefineArray(file, name);
-            } else if (token == decltexts::kUnion) {
+            } else if (token == kUnion) {
                 if (m_bPexilSignalsMode) DoUnion(file, 0, false);
-            } else if (token == decltexts::kStruct) {
+            } else if (token == kStruct) {
                 DoStruct(file, false);
-            } else if (token == decltexts::kEnum) {
+            } else if (token == kEnum) {
                 DoEnum(file);
-            } else if (token == decltexts::kTypedef) {
+            } else if (token == kTypedef) {
                 if (!DispatchTypedef(file)) break;
             }
         }
@@ -87,16 +87,16 @@ void CParseS2T::ParseTopLevel(CFile* file) {
 bool CParseS2T::DispatchTypedef(CFile* file) {
     CString word = GetNonEmptyToken(file);
     if (m_nTokenType != TOKEN_ORDINARY) return true;
-    if (word == decltexts::kStruct) {
+    if (word == kStruct) {
         if (!m_bExportedOnly || m_bExportedStruct) DoStruct(file, true);
-    } else if (word == decltexts::kEnum) {
+    } else if (word == kEnum) {
         if (m_bExportedOnly && !m_bPexilSignalsMode && !m_bExportedEnum) {
             CString tag = GetToken(file);
             AddHiddenEnumDefine(tag);
             return false;
         }
         DoEnum(file);
-    } else if (word == decltexts::kUnion) {
+    } else if (word == kUnion) {
         DoUnion(file, 0, true);
     } else {
         ReadTypedefAlias(file, word);
@@ -108,10 +108,10 @@ void CParseS2T::ReadTypedefAlias(CFile* file, CString const& word) {
     // Only two words are taken: "typedef unsigned long int X;" records the
     // alias "int", not X. Kept so that existing headers resolve as before.
     CString type = word;
-    if (word == decltexts::kUnsigned || word == decltexts::kSigned || word == decltexts::kConst) {
+    if (word == kUnsigned || word == kSigned || word == kConst) {
         type += ' ';
         type += GetToken(file);
-    } else if (word == decltexts::kVolatile) {
+    } else if (word == kVolatile) {
         type = GetToken(file);
     }
     if (m_nTokenType != TOKEN_ORDINARY) return;

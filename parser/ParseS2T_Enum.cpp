@@ -5,15 +5,15 @@
 // are answered by m_EnumNameIndex, which gives what a walk of the list would.
 #include "ParseS2T.h"
 
-#include "DeclarationTexts.h"
 #include "NumberText.h"
+#include "ParserTexts.h"
 #include "Records.h"
 #include "Storage.h"
 
 namespace {
 
 bool IsEnumOperator(CString const& token) {
-    for (char const* op : decltexts::kEnumOperators) {
+    for (char const* op : kEnumOperators) {
         if (token == op) return true;
     }
     return false;
@@ -63,7 +63,7 @@ bool CParseS2T::ReadEnumTag(CFile* file, CString& tag) {
         // typedef of an enumeration without a body creates nothing.
         if (m_nTokenType == TOKEN_EOF || m_nTokenType == TOKEN_END_OF_STATEMENT) return false;
         if (token == "{") return true;
-        if (token != decltexts::kTypedef && token != decltexts::kEnum && !token.IsEmpty()) tag = token;
+        if (token != kTypedef && token != kEnum && !token.IsEmpty()) tag = token;
     }
 }
 
@@ -108,9 +108,9 @@ void CParseS2T::ReadEnumBody(CFile* file, SEnumBody& body) {
 bool CParseS2T::ReadEnumInitialiser(CFile* file, SEnumBody& body, CString const& op) {
     CString operand = GetToken(file);
     if (m_nTokenType == TOKEN_EOF) return false;
-    if (op == "=" && body.tag == decltexts::kSignalIdTag) AddGroup(operand);
+    if (op == "=" && body.tag == kSignalIdTag) AddGroup(operand);
     int32_t& value = body.current->m_nValue;
-    if (operand.StartsWith(decltexts::kHexPrefix)) {
+    if (operand.StartsWith(kHexPrefix)) {
         uint32_t number = 0;
         ReadHex32(operand.GetData() + 2, number);
         value = Operation(op, value, static_cast<int32_t>(number));
@@ -192,7 +192,7 @@ bool CParseS2T::ReadNestedEnum(CFile* file, CString& tag) {
 }
 
 bool CParseS2T::AddGroup(CString& name) {
-    int32_t at = name.Find(decltexts::kSignalBase);
+    int32_t at = name.Find(kSignalBase);
     if (at <= 0) return true;
     SGroup group;
     group.m_strName = name.Left(at);

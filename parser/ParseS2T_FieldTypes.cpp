@@ -7,7 +7,7 @@
 
 #include <unordered_set>
 
-#include "DeclarationTexts.h"
+#include "ParserTexts.h"
 
 namespace {
 
@@ -56,7 +56,7 @@ bool IsOneOf(CString const& text, char const* const (&names)[N]) {
 }  // namespace
 
 bool CParseS2T::IsFieldQualifier(CString const& word) {
-    for (char const* qualifier : decltexts::kFieldQualifiers) {
+    for (char const* qualifier : kFieldQualifiers) {
         if (word == qualifier) return true;
     }
     return false;
@@ -78,7 +78,7 @@ CString CParseS2T::ResolveTypeAlias(CString text) {
     // so that a looping typedef cannot hold the parse.
     std::unordered_set<CString, CStringKeyHash> seen;
     for (;;) {
-        if (text.Find(decltexts::kVolatile) >= 0) text = text.Mid(9);
+        if (text.Find(kVolatile) >= 0) text = text.Mid(9);
         CString const* alias = m_TypedefMap.Find(text);
         if (!alias) return text;
         if (!seen.insert(text).second) return text;
@@ -89,7 +89,7 @@ CString CParseS2T::ResolveTypeAlias(CString text) {
 CString CParseS2T::ResolveFieldType(CFile* file, CString const& first, CString& pending) {
     pending.Empty();
     CString text = ResolveTypeAlias(first);
-    bool sign = text == decltexts::kUnsigned || text == decltexts::kSigned;
+    bool sign = text == kUnsigned || text == kSigned;
     // Keywords after a keyword make one type ("long long", "short int").
     if (!sign && !IsReservedKeyword(text)) return text;
     CString token = GetBodyToken(file);
@@ -98,7 +98,7 @@ CString CParseS2T::ResolveFieldType(CFile* file, CString const& first, CString& 
         // A bare "unsigned" or "signed" before the field name is recorded as
         // UINT32, the signed one too.
         pending = token;
-        return decltexts::kBareUnsignedType;
+        return kBareUnsignedType;
     }
     while (m_nTokenType == TOKEN_ORDINARY && IsReservedKeyword(word)) {
         text += ' ';
@@ -154,9 +154,9 @@ void CParseS2T::AddBitField(CStruct* owner, CStructVar* field, int32_t width, in
         fields.AddTail(holder);
     }
     if (holder->m_nBitCount == 0) {
-        holder->m_strName.Format(decltexts::kBitFieldHolderName, owner->m_strTag.GetData(), holderCounter++);
+        holder->m_strName.Format(kBitFieldHolderName, owner->m_strTag.GetData(), holderCounter++);
         holder->m_nType = FIELD_CHAR;
-        holder->m_strType = decltexts::kBitFieldHolderType;
+        holder->m_strType = kBitFieldHolderType;
     }
     int64_t bits = static_cast<int64_t>(holder->m_nBitCount) + (width > 0 ? width : 0);
     holder->m_nBitCount = bits > INT32_MAX ? INT32_MAX : static_cast<int32_t>(bits);

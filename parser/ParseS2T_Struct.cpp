@@ -31,8 +31,8 @@
 #include <cstdio>
 #include <cstring>
 
-#include "DeclarationTexts.h"
 #include "NumberText.h"
+#include "ParserTexts.h"
 
 // A field statement's type, classified once for all its declarators.
 struct CParseS2T::SFieldType {
@@ -185,7 +185,7 @@ bool CParseS2T::StatementInterrupted(SStructBody& body, CString const& token) {
         return true;
     }
     if (token == "}") {
-        std::printf(decltexts::kMsgIncorrectStruct, body.parsed->m_strName.GetData(), m_strFileName.GetData(),
+        std::printf(kMsgIncorrectStruct, body.parsed->m_strName.GetData(), m_strFileName.GetData(),
                     m_nLineNo);
         body.ended = true;
         return true;
@@ -200,9 +200,9 @@ void CParseS2T::ReadFieldStatement(CFile* file, SStructBody& body, CString token
     }
     SFieldType type;
     CString pending;
-    if (token == decltexts::kStruct || token == decltexts::kUnion) {
-        if (!ReadAggregateType(file, body, token == decltexts::kUnion, type, pending)) return;
-    } else if (token == decltexts::kEnum) {
+    if (token == kStruct || token == kUnion) {
+        if (!ReadAggregateType(file, body, token == kUnion, type, pending)) return;
+    } else if (token == kEnum) {
         if (!ReadEnumFieldType(file, body, type, pending)) return;
     } else {
         ClassifyTypeWord(file, token, type, pending);
@@ -216,7 +216,7 @@ void CParseS2T::ClassifyTypeWord(CFile* file, CString const& word, SFieldType& t
     // The look-ahead for a "*" is made right after the first type word; it only
     // matters for primitive types, so it is skipped for the others.
     CString first = ResolveTypeAlias(word);
-    bool readsPast = first == decltexts::kUnsigned || first == decltexts::kSigned || IsReservedKeyword(first);
+    bool readsPast = first == kUnsigned || first == kSigned || IsReservedKeyword(first);
     bool pointer = readsPast && IsPointer(file);
     type.type = NormaliseTypeName(ResolveFieldType(file, word, pending));
     type.kind = SelectFieldKind(type.type);
@@ -328,10 +328,10 @@ void CParseS2T::CreateField(SStructBody& body, SFieldType const& type, SDeclarat
     CStructVar* field = new CStructVar;
     bool functionPointer = declarator.lastToken == ")";
     if (declarator.primitivePointer && (declarator.stars > 0 || functionPointer)) {
-        field->m_strType = decltexts::kPointerType;
+        field->m_strType = kPointerType;
         field->m_nType = FIELD_POINTER;
         field->m_nPointedType = FIELD_INT;
-        if (functionPointer) field->m_strName.Format(decltexts::kFunctionPointer, body.funcPtrCounter++);
+        if (functionPointer) field->m_strName.Format(kFunctionPointer, body.funcPtrCounter++);
         else field->m_strName = CString("p_") + declarator.name;
     } else {
         field->m_strType = type.type;
@@ -374,7 +374,7 @@ int32_t CParseS2T::ReadPointerArraySize(CFile* file, CString& token) {
         if (token == "]") break;
         if (Atoi32(token) != 0 || token == "0") {
             count = Atoi32(token);
-        } else if (token.StartsWith(decltexts::kHexPrefix)) {
+        } else if (token.StartsWith(kHexPrefix)) {
             uint32_t number = 0;
             ReadHex32(token.GetData() + 2, number);
             count = static_cast<int32_t>(number);
@@ -520,13 +520,13 @@ CString CParseS2T::GenerateNestedNameForTag(CString tag) {
     if (m_pNestedNames) {
         for (void* pos = m_pNestedNames->GetHeadPosition(); pos;) name += m_pNestedNames->GetNext(pos);
     }
-    if (tag.IsEmpty()) tag.Format(decltexts::kGeneratedTag, m_nTagCounter++);
+    if (tag.IsEmpty()) tag.Format(kGeneratedTag, m_nTagCounter++);
     return name + tag;
 }
 
 void CParseS2T::AddTagToNestedNames(CString tag) {
     CString prefix;
-    prefix.Format(decltexts::kNestedPrefix, tag.Left(10).GetData(), m_nNestedCounter++);
+    prefix.Format(kNestedPrefix, tag.Left(10).GetData(), m_nNestedCounter++);
     // Outside a file parse there is no prefix list; the counter still moves on.
     if (m_pNestedNames) m_pNestedNames->AddTail(prefix);
 }
@@ -537,7 +537,7 @@ void CParseS2T::PopNestedName() {
 
 CString CParseS2T::GenerateKestrinStructureTag() {
     CString tag;
-    tag.Format(decltexts::kGeneratedStruct, decltexts::kGeneratedStructBase, m_nGeneratedStructCounter++);
+    tag.Format(kGeneratedStruct, kGeneratedStructBase, m_nGeneratedStructCounter++);
     return tag;
 }
 

@@ -13,8 +13,8 @@
 // (several dimensions multiply).
 #include "ParseS2T.h"
 
-#include "DeclarationTexts.h"
 #include "NumberText.h"
+#include "ParserTexts.h"
 
 namespace {
 
@@ -44,7 +44,7 @@ CUnion* CParseS2T::DoUnion(CFile* file, int nested, bool typedefForm) {
         DeleteUnion(parsed);
         return nullptr;
     }
-    if (name.IsEmpty()) name.Format(decltexts::kGeneratedUnion, m_nGenUnionCounter++);
+    if (name.IsEmpty()) name.Format(kGeneratedUnion, m_nGenUnionCounter++);
     RenameUnion(parsed, name);
     AddTagToNestedNames(GenerateNestedNameForTag(name));
     if (IsNestingTooDeep()) {
@@ -100,8 +100,8 @@ bool CParseS2T::ReadMemberStatement(CFile* file, CUnion* parsed, CString token) 
 }
 
 void CParseS2T::ClassifyMember(CFile* file, CString const& token, SMemberType& type, CString& pending) {
-    if (token == decltexts::kUnion || token == decltexts::kStruct) {
-        ClassifyAggregateMember(file, token == decltexts::kUnion, type, pending);
+    if (token == kUnion || token == kStruct) {
+        ClassifyAggregateMember(file, token == kUnion, type, pending);
         return;
     }
     type.type = token;
@@ -113,7 +113,7 @@ void CParseS2T::ClassifyMember(CFile* file, CString const& token, SMemberType& t
     } else if (FindUnionByName(token)) {
         type.kind = FIELD_UNION;
         type.pointedKind = FIELD_UNION;
-    } else if (token == decltexts::kUnsigned || token == decltexts::kSigned) {
+    } else if (token == kUnsigned || token == kSigned) {
         pending = GetBodyToken(file);
         while (m_nTokenType == TOKEN_ORDINARY && IsReservedKeyword(pending)) {
             type.type += ' ';
@@ -204,7 +204,7 @@ bool CParseS2T::ReadMemberDeclarator(CFile* file, SMemberType const& type, CUnio
     }
     if (pointer) {
         // Pointers are 16 bits wide on the target.
-        member->m_strType = decltexts::kPointerType;
+        member->m_strType = kPointerType;
         member->m_nType = FIELD_POINTER;
         member->m_nPointedType = type.pointedKind;
         member->m_strName = CString("p_") + member->m_strName;
