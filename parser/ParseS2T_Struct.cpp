@@ -148,6 +148,7 @@ CStruct* CParseS2T::ParseStruct(CFile* file, bool typedefForm, bool nested) {
     }
     if (nested) PopNestedName();
     if (!nested && !body.endOfFile) FinishStruct(file, parsed, typedefForm, earlier);
+    if (!nested) AddDSFile(m_strFileName);
     AppendStruct(parsed);
     return parsed;
 }

@@ -125,6 +125,8 @@ void CParseS2T::ClassifyMember(CFile* file, CString const& token, SMemberType& t
 
 void CParseS2T::ClassifyAggregateMember(CFile* file, bool isUnion, SMemberType& type, CString& pending) {
     type.kind = isUnion ? FIELD_UNION : FIELD_STRUCT;
+    // A body that follows is read whether or not a "*" comes after it: the
+    // declarators after the closing brace carry their own stars.
     if (IsStructDeclaration(file)) {
         CObject* nested = nullptr;
         if (isUnion) {
