@@ -5,7 +5,8 @@
 // object filed under a name). The index follows the list through the parser's
 // own append, remove and rename steps; when other code changes a list directly
 // (its count, head or tail differ from what the index saw), the index is
-// rebuilt from the list before it answers.
+// rebuilt from the list before it answers. Names of a listed object are
+// changed through the parser (or before the object is listed), never in place.
 #pragma once
 
 #include <cctype>

@@ -248,8 +248,8 @@ public:
     // Follows the typedef map, dropping "volatile", to the text it ends at.
     CString ResolveTypeAlias(CString text);
     // The type text of a field whose first type word is first; pending receives
-    // the token read past an "unsigned"/"signed" type (the declarator's start),
-    // empty when nothing was read past the type.
+    // the token read past a type of keywords or "unsigned"/"signed" (the
+    // declarator's start), empty when nothing was read past the type.
     CString ResolveFieldType(CFile* file, CString const& first, CString& pending);
     CString NormaliseTypeName(CString const& text);
     int32_t SelectFieldKind(CString const& type);
