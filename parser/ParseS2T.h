@@ -277,6 +277,7 @@ public:
     bool ReadEnumTag(CFile* file, CString& tag);
     void ReadEnumBody(CFile* file, SEnumBody& body);
     bool ReadEnumInitialiser(CFile* file, SEnumBody& body, CString const& op);
+    void CompleteLastEnumerator(SEnumBody& body);
     int32_t QuotedCharacterValue(CString const& operand);
     void NameEnum(CFile* file, SEnumBody& body);
     // An enumeration defined inside a structure, named by its tag; false when

@@ -52,7 +52,7 @@ void CParseS2T::DoEnum(CFile* file) {
     body.parsed = parsed;
     body.tag = tag;
     ReadEnumBody(file, body);
-    if (body.current && body.current->m_nValue == kNoValue) body.current->m_nValue = body.implicitValue++;
+    CompleteLastEnumerator(body);
     NameEnum(file, body);
 }
 
@@ -103,6 +103,13 @@ void CParseS2T::ReadEnumBody(CFile* file, SEnumBody& body) {
         if (nameExpected) body.implicitValue = PlusOne(body.current->m_nValue);
     }
     body.endOfFile = m_nTokenType == TOKEN_EOF;
+}
+
+// An empty body has no enumerator to complete.
+void CParseS2T::CompleteLastEnumerator(SEnumBody& body) {
+    if (!body.current || body.current->m_nValue != kNoValue) return;
+    body.current->m_nValue = body.implicitValue;
+    body.implicitValue = PlusOne(body.implicitValue);
 }
 
 bool CParseS2T::ReadEnumInitialiser(CFile* file, SEnumBody& body, CString const& op) {
@@ -180,7 +187,7 @@ bool CParseS2T::ReadNestedEnum(CFile* file, CString& tag) {
     body.parsed = parsed;
     body.tag = tag;
     ReadEnumBody(file, body);
-    if (body.current && body.current->m_nValue == kNoValue) body.current->m_nValue = body.implicitValue++;
+    CompleteLastEnumerator(body);
     // Named by its tag; the declarators after the body belong to the structure.
     parsed->m_strName = tag;
     m_EnumNameIndex.Renamed(m_EnumList, parsed);

@@ -34,6 +34,8 @@ TEST(CParseS2T_Enum, DoEnumValues) {
         {"enum E { A = UNKNOWN, B };", "enum E: A=0 B=1\n", "unknown name reads as 0; the , sets the next"},
         {"enum E { A = 1, B = 0, C };", "enum E: A=1 B=0 C=1\n", "literal 0 replaces, then , sets next"},
         {"enum E { };", "enum E:\n", "empty body"},
+        {"enum E { A = 2147483646, B };", "enum E: A=2147483646 B=2147483647\n", "the last implicit value"},
+        {"enum E { A = 2147483647, B, C };", "enum E: A=2147483647 B=-2147483648 C=-2147483647\n", "implicit values wrap"},
         {"enum E { A, B, };", "enum E: A=0 B=1\n", "trailing comma"},
         {"enum { A = 4 };", "enum : A=4\n", "no tag and no name"},
         {"enum E\n{\n  A = 1,\n  B\n}\n;", "enum E: A=1 B=2\n", "spread over lines"},
