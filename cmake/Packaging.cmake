@@ -16,8 +16,14 @@ set(CPACK_PACKAGE_NAME ksmancmd)
 set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
 set(CPACK_PACKAGE_VENDOR "Kestrin tool set")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "keeps a target's type database up to date from C signal headers")
-set(CPACK_PACKAGE_DESCRIPTION
-    "KSManCMD loads the type database file of a target's software, parses a C header of signal definitions (structures, enumerations, unions, #define, conditional compilation, constant expressions, sizeof) and writes the file back with what it found. KSManUtil merges an Init database with a predefined one, generates a packed C header from a signals header and updates the exports section of a module-definition file.")
+# Debian wants the long description in lines of under 80 characters.
+string(CONCAT CPACK_PACKAGE_DESCRIPTION
+  "KSManCMD loads the type database file of a target's software, parses a C\n"
+  "header of signal definitions (structures, enumerations, unions, #define,\n"
+  "conditional compilation, constant expressions, sizeof) and writes the file\n"
+  "back with what it found. KSManUtil merges an Init database with a\n"
+  "predefined one, generates a packed C header from a signals header and\n"
+  "updates the exports section of a module-definition file.")
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_STRIP_FILES ON)
 set(CPACK_DEBIAN_PACKAGE_MAINTAINER "${KSMAN_DEB_MAINTAINER}")
