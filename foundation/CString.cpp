@@ -193,33 +193,29 @@ CString CString::Mid(int32_t start, int32_t n) const {
 
 int32_t CString::Find(char c, int32_t start) const {
     if (start < 0) start = 0;
-    for (int32_t i = start; i < m_nLength; ++i) {
-        if (m_pch[i] == c) return i;
+    if (start >= m_nLength) return -1;
+    void const* hit = std::memchr(m_pch + start, c, static_cast<size_t>(m_nLength - start));
+    return hit ? static_cast<int32_t>(static_cast<char const*>(hit) - m_pch) : -1;
+}
+
+// First position p >= start, p <= length - n, where the n bytes of s occur; else -1.
+int32_t CString::FindBytes(char const* s, int32_t n, int32_t start) const {
+    if (start < 0) start = 0;
+    if (n == 0) return start <= m_nLength ? start : -1;
+    int32_t last = m_nLength - n;
+    for (int32_t p = start; p <= last;) {
+        void const* hit = std::memchr(m_pch + p, s[0], static_cast<size_t>(last - p + 1));
+        if (!hit) return -1;
+        p = static_cast<int32_t>(static_cast<char const*>(hit) - m_pch);
+        if (std::memcmp(m_pch + p, s, static_cast<size_t>(n)) == 0) return p;
+        ++p;
     }
     return -1;
 }
 
-int32_t CString::Find(char const* s, int32_t start) const {
-    int32_t n = SafeStrLen(s);
-    if (start < 0) start = 0;
-    int32_t last = m_nLength - n;
-    if (n == 0) return start <= m_nLength ? start : -1;
-    for (int32_t p = start; p <= last; ++p) {
-        if (m_pch[p] == s[0] && std::memcmp(m_pch + p, s, static_cast<size_t>(n)) == 0) return p;
-    }
-    return -1;
-}
+int32_t CString::Find(char const* s, int32_t start) const { return FindBytes(s ? s : "", SafeStrLen(s), start); }
 
-int32_t CString::Find(CString const& s, int32_t start) const {
-    int32_t n = s.m_nLength;
-    if (start < 0) start = 0;
-    int32_t last = m_nLength - n;
-    if (n == 0) return start <= m_nLength ? start : -1;
-    for (int32_t p = start; p <= last; ++p) {
-        if (m_pch[p] == s.m_pch[0] && std::memcmp(m_pch + p, s.m_pch, static_cast<size_t>(n)) == 0) return p;
-    }
-    return -1;
-}
+int32_t CString::Find(CString const& s, int32_t start) const { return FindBytes(s.m_pch, s.m_nLength, start); }
 
 int32_t CString::FindOneOf(char const* set, int32_t start) const {
     int32_t n = SafeStrLen(set);
@@ -273,8 +269,12 @@ bool CString::IsEqual(CString const& s) const {
 }
 
 bool CString::IsEqual(char const* s) const {
-    int32_t n = SafeStrLen(s);
-    return m_nLength == n && std::memcmp(m_pch, s ? s : "", static_cast<size_t>(n)) == 0;
+    if (!s) return m_nLength == 0;
+    // One pass: every character must match and the text must end right here.
+    for (int32_t i = 0; i < m_nLength; ++i) {
+        if (s[i] != m_pch[i] || s[i] == '\0') return false;
+    }
+    return s[m_nLength] == '\0';
 }
 
 void CString::MakeUpper() {

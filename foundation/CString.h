@@ -123,6 +123,7 @@ private:
     void Reserve(int32_t n);
     void Assign(char const* text, int32_t length);
     void Append(char const* text, int32_t length);
+    int32_t FindBytes(char const* s, int32_t n, int32_t start) const;
     bool IsInline() const { return m_pch == m_inline; }
 
     char* m_pch;
