@@ -155,6 +155,33 @@ TEST(CKSLDBWriter, WriteUnionSignalAndEnumLines) {
               }));
 }
 
+// Structures, enumerations and unions are written whole under each alias;
+// an enumeration's title line only under its own name.
+TEST(CKSLDBWriter, WriteDBRepeatsAliasedRecordsButNotTitles) {
+    stData data;
+    CStorage store(&data);
+    stStruct* record = new stStruct;
+    record->m_strName = "S", record->m_nFlag = 0;
+    Add(*record, Field("f", KIND_PRIMITIVE, "int", "int"));
+    stEnum* values = new stEnum;
+    values->m_strName = "E", values->m_bHasTitle = true;
+    values->AddField("A", 1);
+    stUnion* choice = new stUnion;
+    choice->m_strName = "U";
+    Add(*choice, Field("m", KIND_PRIMITIVE, "primitive", "char"));
+    for (char const* alias : {"T1", "T2"}) {
+        record->m_Aliases.AddTail(alias), values->m_Aliases.AddTail(alias), choice->m_Aliases.AddTail(alias);
+    }
+    store.AddStruct(record), store.AddEnum(values), store.AddUnion(choice);
+    std::string file = Written(store, [](CKSLDBWriter& w) { w.WriteDB(); });
+    size_t from = file.find("nvm\n"), to = file.find("Signals\n");
+    ASSERT_NE(std::string::npos, from);
+    EXPECT_EQ("nvm\nS,,,,,0,0,,\nS,,f,int,int,1,0,,\nT1,,,,,0,0,,\nT1,,f,int,int,1,0,,\nT2,,,,,0,0,,\n"
+              "T2,,f,int,int,1,0,,\n<end>\nEnumsTitle\nE,0,,\n<end>\nEnums\nE,A,1,\nT1,A,1,\nT2,A,1,\n<end>\n"
+              "Unions\nU,m,char,primitive,1,0\nT1,m,char,primitive,1,0\nT2,m,char,primitive,1,0\n<end>\n",
+              file.substr(from, to - from));
+}
+
 TEST(CKSLDBWriter, OpenFailureLeavesWritesHarmless) {
     stData data;
     CStorage store(&data);

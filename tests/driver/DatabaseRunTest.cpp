@@ -54,6 +54,46 @@ TEST(DatabaseRun, MissingEndRunsSectionToEndOfFile) {
     EXPECT_EQ(expected, file);
 }
 
+// The empty store's file with lines inserted right after the first occurrence
+// of anchor (a section header, or the fixed report line for reports).
+std::string EmptyWith(std::string const& anchor, std::string const& lines) {
+    std::string file = ReadFile(kData + "empty.expected.txt");
+    file.insert(file.find(anchor) + anchor.size(), lines);
+    return file;
+}
+
+// "DbVersion", "EnumVals" and "Unions" are found by their first characters,
+// every other keyword only as the whole line; the line read after a section's
+// last line is tested by the keywords that follow in the same pass.
+TEST(DatabaseRun, SectionKeywordsMatchByPrefixOrWholeLine) {
+    std::string const empty = ReadFile(kData + "empty.expected.txt");
+    std::string const command = "1,5,0,2,A,B,C,x\n<end>\n";
+    struct Row {
+        std::string text, expected;
+    } const rows[] = {
+        {empty, empty},  // the fixed report loads as report 0 and is not written twice
+        {"DbVersionX\n12,3\n<end>\n", std::string(empty).replace(10, 4, "12,3\n")},
+        {"DbVersion\n<end>\nEnumVals\n" + command, EmptyWith("<end>\nEnumVals\n", "1,5,1,2,A,B,C,x\n")},
+        {"EnumVals \n" + command, EmptyWith("<end>\nEnumVals\n", "1,5,1,2,A,B,C,x\n")},
+        {"EnumVals\n<end>\nEnumVals2\n" + command, EmptyWith("diagPrintf(\"%s\")\n", "1,5,0,2,A,B,C,x\n")},
+        {"Unions \nU,m,int,primitive,1,0\n<end>\n", EmptyWith("Unions\n", "U,m,primitive,primitive,1,0\n")},
+        {"MonitorParams \n3,M,a,b,1\n<end>\n", empty},
+        {"nvm \nS,,,,,0,0,,\n<end>\n", empty},
+        {"EnumsTitle \nE,0,,d\n<end>\n", empty},
+        {"Enums \nE,A,1,\n<end>\n", empty},
+        {"UnionIdentifiers \nA,1\n<end>\n", empty},
+        // The third field runs to the first ")," after the first "(".
+        {"nvm\nS,,a),b(c),d,e,f,1,0,,x\n<end>\n",
+         EmptyWith("nvm\n", "S,,,,,0,1,0,,x\nS,,a),b(c),d,e,0,1,0,,x@ITEM_MODE@@ITEM_UNIT@@ITEM_DEPENDENCY@\n")},
+    };
+    for (Row const& row : rows) {
+        std::string file;
+        testsupport::RunResult run = RunOn(&row.text, file);
+        EXPECT_EQ(0, run.status);
+        EXPECT_EQ(row.expected, file) << row.text;
+    }
+}
+
 TEST(DatabaseRun, MalformedFilesStillRewriteTheFile) {
     std::string longLine(1 << 20, 'x');
     longLine[7] = ',';
