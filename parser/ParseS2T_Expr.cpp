@@ -58,7 +58,8 @@ int32_t CParseS2T::ParseBracketsUntil(CFile* file, char const* closing) {
     // Each "(" opens a group evaluated with a fresh accumulator; its value is
     // then combined by the token before the "(". The groups are kept on a
     // stack of their own rather than by recursion, so that any depth of
-    // parentheses is safe. The end of the file ends every open group.
+    // parentheses is safe. The end of the file ends the innermost open group
+    // only: the group around it then reads on, as a nested evaluation would.
     struct Group {
         int32_t acc;
         CString previous;
@@ -67,28 +68,28 @@ int32_t CParseS2T::ParseBracketsUntil(CFile* file, char const* closing) {
     int32_t acc = 0;
     CString previous;
     CString token;
+    auto closeGroup = [&]() {
+        int32_t inner = acc;
+        acc = outer.back().acc;
+        previous = outer.back().previous;
+        outer.pop_back();
+        token = "(";
+        acc = Operation(previous, acc, inner);
+        // The "(" itself then goes on like any other token.
+        ApplyOperand(previous, token, acc);
+    };
     for (;;) {
         if (token == (outer.empty() ? closing : ")")) {
             if (outer.empty()) return acc;
-            int32_t inner = acc;
-            acc = outer.back().acc;
-            previous = outer.back().previous;
-            outer.pop_back();
-            token = "(";
-            acc = Operation(previous, acc, inner);
-            // The "(" itself then goes on like any other token.
-            ApplyOperand(previous, token, acc);
+            closeGroup();
             continue;
         }
         previous = token;
         token = GetToken(file);
         if (m_nTokenType == TOKEN_EOF) {
-            while (!outer.empty()) {
-                acc = Operation(outer.back().previous, outer.back().acc, acc);
-                ApplyOperand(outer.back().previous, CString("("), acc);
-                outer.pop_back();
-            }
-            return acc;
+            if (outer.empty()) return acc;
+            closeGroup();
+            continue;
         }
         if (token == "(") {
             outer.push_back(Group{acc, previous});

@@ -89,9 +89,9 @@ bool CParseS2T::LineStartsWith(char const* prefix) const {
     return m_strLine.GetLength() - m_nLinePos >= n && std::memcmp(m_strLine.GetData() + m_nLinePos, prefix, n) == 0;
 }
 
-bool CParseS2T::LineIsEmpty() const {
-    return m_strLine.GetLength() - m_nLinePos <= 0 || m_strLine.GetAt(m_nLinePos) == '\0';
-}
+// Empty by length: a NUL left inside the line (a directive that held several
+// "#" loses only one character of length) is a character like any other.
+bool CParseS2T::LineIsEmpty() const { return m_strLine.GetLength() - m_nLinePos <= 0; }
 
 // ---- lines
 

@@ -61,6 +61,15 @@ TEST(CParseS2TExpr, ParseBracketsLeavesWhatFollowsTheClose) {
     EXPECT_EQ(1, deep.P().ParseBrackets(deep.File()));
 }
 
+TEST(CParseS2TExpr, EndOfFileEndsOnlyTheInnermostGroup) {
+    // The comment left open on the raw line ends the file with "4" still in the
+    // line; the group around the inner one reads it, so 1 + 2 becomes 4.
+    FrontEndHarness h("#define V ( 1 + ( 2\nOMRA EXPORTED STRUCT\ntypedef struct /* c\n4");
+    h.P().m_bExportedOnly = true;
+    h.Parse();
+    EXPECT_EQ(4, h.P().FindDefVal("V"));
+}
+
 TEST(CParseS2TExpr, OperationWrapsAndGuards) {
     FrontEndHarness h("");
     struct Row {

@@ -30,6 +30,7 @@ TEST(CParseS2TLexer, GetTokenSplitsAsTheSeparatorsSay) {
         {"*/ x /* y\nz", ":4 x:4 z:4", "a line that closes and reopens reads on as code"},
         {"a // b\n\n\nc", "a:4 c:4", "line comment and empty lines"},
         {"", "<no line>", "an empty file has no line"},
+        {"#define X 5;#\nZ", "define:2 X:4 5:4 ;:1 :4 Z:4", "a NUL left behind by removing two # is a character"},
         // An exported typedef line is returned raw, comments and all.
         {"OMRA EXPORTED STRUCT\ntypedef struct /* c\n d */ A;\nB", "OMRA:4 EXPORTED:4 STRUCT:4 typedef:4 struct:4 B:4",
          "the closing line of a raw comment goes with it"},
