@@ -191,15 +191,14 @@ bool CSignalParser::GenerateSignalsHFile(CString path) {
 }
 
 // The guard is the path as given, directories and all, cut before its last
-// "." and upper-cased: "out/sig.h" guards with "OUT/SIG_H".
+// "." and upper-cased: "out/sig.h" guards with "OUT/SIG_H". A path without a
+// "." is cut to nothing and guards with a bare "_H".
 void CSignalParser::WriteProlog(CFile& file) {
     CString path = file.GetFileName();
     CString line;
     line.Format(kPrologComment, path.GetData());
     file.WriteString(line);
-    int32_t dot = path.ReverseFind('.');
-    // A path without a "." keeps all of it rather than leaving a bare "_H".
-    CString guard = dot < 0 ? path : path.Left(dot);
+    CString guard = path.Left(path.ReverseFind('.'));
     guard.MakeUpper();
     line.Format(kGuardIfndef, guard.GetData());
     file.WriteString(line);
