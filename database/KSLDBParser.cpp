@@ -452,13 +452,15 @@ bool CKSLDBParser::StartEnum(stEnum*& current, CString const& name) {
     return true;
 }
 
+// The title's flag, second string and description are taken over, but the
+// enumeration is not marked as having a title: unlike a loaded database, a
+// merged one is written without the title lines of the file it came from.
 void CKSLDBParser::ApplyEnumTitle(stEnum& record) {
     CString rest;
     if (!m_EnumTitles.Lookup(record.m_strName, rest)) return;
     record.m_bFlag = Atoi32(CutField(rest)) != 0;
     record.m_strTitle = CutField(rest);
     record.m_strDescription = rest;
-    record.m_bHasTitle = true;
 }
 
 // ---- Structures ----
