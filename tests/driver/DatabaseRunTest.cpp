@@ -55,10 +55,10 @@ TEST(DatabaseRun, MissingEndRunsSectionToEndOfFile) {
 }
 
 // The empty store's file with lines inserted right after the first occurrence
-// of anchor (a section header, or the fixed report line for reports).
-std::string EmptyWith(std::string const& anchor, std::string const& lines) {
+// of each anchor (a section header, or the fixed report line for reports).
+std::string EmptyWith(std::initializer_list<std::pair<std::string, std::string>> insertions) {
     std::string file = ReadFile(kData + "empty.expected.txt");
-    file.insert(file.find(anchor) + anchor.size(), lines);
+    for (auto const& [anchor, lines] : insertions) file.insert(file.find(anchor) + anchor.size(), lines);
     return file;
 }
 
@@ -73,18 +73,21 @@ TEST(DatabaseRun, SectionKeywordsMatchByPrefixOrWholeLine) {
     } const rows[] = {
         {empty, empty},  // the fixed report loads as report 0 and is not written twice
         {"DbVersionX\n12,3\n<end>\n", std::string(empty).replace(10, 4, "12,3\n")},
-        {"DbVersion\n<end>\nEnumVals\n" + command, EmptyWith("<end>\nEnumVals\n", "1,5,1,2,A,B,C,x\n")},
-        {"EnumVals \n" + command, EmptyWith("<end>\nEnumVals\n", "1,5,1,2,A,B,C,x\n")},
-        {"EnumVals\n<end>\nEnumVals2\n" + command, EmptyWith("diagPrintf(\"%s\")\n", "1,5,0,2,A,B,C,x\n")},
-        {"Unions \nU,m,int,primitive,1,0\n<end>\n", EmptyWith("Unions\n", "U,m,primitive,primitive,1,0\n")},
+        {"DbVersion\n<end>\nEnumVals\n" + command, EmptyWith({{"<end>\nEnumVals\n", "1,5,1,2,A,B,C,x\n"}})},
+        {"EnumVals \n" + command, EmptyWith({{"<end>\nEnumVals\n", "1,5,1,2,A,B,C,x\n"}})},
+        {"EnumVals\n<end>\nEnumVals2\n" + command, EmptyWith({{"diagPrintf(\"%s\")\n", "1,5,0,2,A,B,C,x\n"}})},
+        {"Unions \nU,m,int,primitive,1,0\n<end>\n", EmptyWith({{"Unions\n", "U,m,primitive,primitive,1,0\n"}})},
         {"MonitorParams \n3,M,a,b,1\n<end>\n", empty},
         {"nvm \nS,,,,,0,0,,\n<end>\n", empty},
         {"EnumsTitle \nE,0,,d\n<end>\n", empty},
         {"Enums \nE,A,1,\n<end>\n", empty},
         {"UnionIdentifiers \nA,1\n<end>\n", empty},
+        // Any line that begins with "<end>" ends a section.
+        {"Enums\nE,A,1,\n<end> x\nUnionIdentifiers\nA,1\n<end>\n",
+         EmptyWith({{"Enums\n", "E,A,1,\n"}, {"UnionIdentifiers\n", "A,1\n"}})},
         // The third field runs to the first ")," after the first "(".
         {"nvm\nS,,a),b(c),d,e,f,1,0,,x\n<end>\n",
-         EmptyWith("nvm\n", "S,,,,,0,1,0,,x\nS,,a),b(c),d,e,0,1,0,,x@ITEM_MODE@@ITEM_UNIT@@ITEM_DEPENDENCY@\n")},
+         EmptyWith({{"nvm\n", "S,,,,,0,1,0,,x\nS,,a),b(c),d,e,0,1,0,,x@ITEM_MODE@@ITEM_UNIT@@ITEM_DEPENDENCY@\n"}})},
     };
     for (Row const& row : rows) {
         std::string file;
