@@ -85,6 +85,9 @@ TEST(DatabaseRun, SectionKeywordsMatchByPrefixOrWholeLine) {
         // Any line that begins with "<end>" ends a section.
         {"Enums\nE,A,1,\n<end> x\nUnionIdentifiers\nA,1\n<end>\n",
          EmptyWith({{"Enums\n", "E,A,1,\n"}, {"UnionIdentifiers\n", "A,1\n"}})},
+        // One command per identifier, the later of two, from 0 upward.
+        {"EnumVals\n1,5,0,0,A,B,C,first\n2,5,0,0,D,E,F,second\n3,-1,0,0,G,H,I,minus\n4,0,0,0,A,B,C,zero\n<end>\n",
+         EmptyWith({{"<end>\nEnumVals\n", "4,0,1,0,A,B,C,zero\n2,5,1,0,D,E,F,second\n"}})},
         // The third field runs to the first ")," after the first "(".
         {"nvm\nS,,a),b(c),d,e,f,1,0,,x\n<end>\n",
          EmptyWith({{"nvm\n", "S,,,,,0,1,0,,x\nS,,a),b(c),d,e,0,1,0,,x@ITEM_MODE@@ITEM_UNIT@@ITEM_DEPENDENCY@\n"}})},
