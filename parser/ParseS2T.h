@@ -209,6 +209,27 @@ public:
     bool m_bDirectivePending = false;
     CMapStringTo<int32_t> m_DefineIndex{4099};  // name -> oldest entry of m_Defines
     int32_t m_nDefineIndexCount = 0;            // entries of m_Defines already in the index
+    // Searches of the rest of the current line for the look-aheads of the
+    // structure and union readers, whatever the line's length: each answer is
+    // kept per character, so that the rest, which only ever starts further on,
+    // is never searched twice and a header written on one line stays linear.
+    int32_t RestFind(char c);    // the first c at or after the rest's start, or -1
+    int32_t RestLastOf(char c);  // the line's last c when it lies in the rest, or -1
+    // A "*" in the rest that neither multiplies inside an array size (a "["
+    // before it and the line's last "]" after it) nor follows a "/".
+    bool RestMakesPointer();
+    struct SLineSearch {
+        uint32_t version = 0;  // m_nLineVersion the answers belong to
+        int32_t from = 0;      // at: the first c at or after from
+        int32_t at = -1;
+        int32_t last = -2;     // the last c of the line; -2 before it is sought
+    };
+    SLineSearch& LineSearch(char c);
+    void LineChanged() { ++m_nLineVersion; }
+    SLineSearch m_LineSearches[256];
+    char const* m_pSearchedData = nullptr;  // the line the answers were found in
+    int32_t m_nSearchedLength = -1;
+    uint32_t m_nLineVersion = 1;  // moves whenever m_strLine may hold another text
     // ---- indexes and helpers of the expressions and enumerations (add below)
 
     // Evaluates up to the unmatched closing token: ")" for ParseBrackets, "]"

@@ -49,6 +49,7 @@ int32_t CParseS2T::GetDefineVal(CFile* file) {
     }
     m_strLine = line;
     SetLinePos(0);
+    LineChanged();
     return ParseBrackets(file);
 }
 

@@ -77,10 +77,12 @@ void CParseS2T::CommitLinePos() {
     m_strLine.Delete(0, m_nLinePos);
     m_strLine.SetAt(rest, '\0');  // Delete leaves the old tail behind the text
     m_nLinePos = 0;
+    LineChanged();
 }
 
 CString& CParseS2T::CurrentLine() {
     CommitLinePos();
+    LineChanged();  // the caller may change the line through the reference
     return m_strLine;
 }
 
@@ -99,6 +101,7 @@ int CParseS2T::ReadLine(CFile* file, int raw) {
     if (!file || !file->ReadString(m_strReadBuffer)) return 0;
     std::swap(m_strLine, m_strReadBuffer);
     m_nLinePos = 0;
+    LineChanged();
     m_nLineNo = static_cast<int32_t>(static_cast<uint32_t>(m_nLineNo) + 1u);
     m_strLine.Trim();
     DisplayFileProcessedSizePercentage(file);
@@ -233,6 +236,7 @@ CString CParseS2T::GetToken(CFile* file) {
             CommitLinePos();
             m_strLine.Remove('#');
             m_strLine.TrimLeft(CString(kBlankAndTab));
+            LineChanged();
             if (!m_strLine.StartsWith(kKeywordInclude) && !m_strLine.StartsWith(kKeywordDefine)) {
                 ParsePPStatements(file);
             }
@@ -297,5 +301,49 @@ bool CParseS2T::FindCharToEOL(CFile* file, char c) {
     file->Seek(position, CFile::begin);
     m_strLine = line;
     m_nLinePos = 0;
+    LineChanged();
     return found;
+}
+
+// ---- searches of the rest of the line, for the look-aheads
+
+CParseS2T::SLineSearch& CParseS2T::LineSearch(char c) {
+    CheckLinePos();
+    if (m_pSearchedData != m_strLine.GetData() || m_nSearchedLength != m_strLine.GetLength()) {
+        // Another text in the line that the version did not hear of.
+        LineChanged();
+        m_pSearchedData = m_strLine.GetData();
+        m_nSearchedLength = m_strLine.GetLength();
+    }
+    SLineSearch& search = m_LineSearches[static_cast<unsigned char>(c)];
+    if (search.version != m_nLineVersion) {
+        search = SLineSearch();
+        search.version = m_nLineVersion;
+        search.from = INT32_MAX;
+    }
+    return search;
+}
+
+int32_t CParseS2T::RestFind(char c) {
+    SLineSearch& search = LineSearch(c);
+    int32_t from = m_nLinePos;
+    // A search from an earlier start answers while its find lies in the rest.
+    if (search.from <= from && (search.at < 0 || search.at >= from)) return search.at;
+    search.from = from;
+    search.at = m_strLine.Find(c, from);
+    return search.at;
+}
+
+int32_t CParseS2T::RestLastOf(char c) {
+    SLineSearch& search = LineSearch(c);
+    if (search.last == -2) search.last = m_strLine.ReverseFind(c);
+    return search.last >= m_nLinePos ? search.last : -1;
+}
+
+bool CParseS2T::RestMakesPointer() {
+    int32_t star = RestFind('*');
+    if (star < 0) return false;
+    int32_t open = RestFind('[');
+    if (open >= 0 && open < star && RestLastOf(']') > star) return false;
+    return !(star > m_nLinePos && m_strLine.GetAt(star - 1) == '/');
 }

@@ -43,6 +43,7 @@ CString CParseS2T::DirectiveName() const {
 
 void CParseS2T::HandleDirective(CFile* file) {
     CommitLinePos();
+    LineChanged();
     m_strLine.Remove('#');
     m_strLine.TrimLeft(CString(kDirectiveTrimSet));
     // "else" is matched as the whole line: "else " (a blank left by a removed

@@ -143,6 +143,33 @@ TEST(CParseS2TLexer, FindCharToEOLLooksAheadAndRestores) {
     EXPECT_EQ(CString("a"), end.P().m_strLine);
 }
 
+TEST(CParseS2TLexer, RestSearchesAnswerAsTheWholeRestWould) {
+    std::string pad;
+    for (int i = 0; i < 700; ++i) pad += " f" + std::to_string(i) + " [2];";  // past the exact-line limit
+    for (std::string base : {"long a[2], *p; char b[3]; x = y / *z; { w }", "*s; t[4 * 2] u; v[1] /* c */ ] q {"}) {
+        for (std::string const& line : {base, base + pad}) {
+            FrontEndHarness h(line + "\nnext");
+            CParseS2T& p = h.P();
+            p.ReadLine(h.File(), 1);  // raw: "/*" stays in the line
+            int32_t steps = 0;
+            for (; p.m_nLineNo == 1; ++steps) {
+                CString rest = p.m_strLine.Mid(p.m_nLinePos);
+                int32_t star = rest.Find('*');
+                bool pointer = star >= 0 && !(rest.Left(star).Find('[') >= 0 && rest.ReverseFind(']') > star) &&
+                               !(star > 0 && rest.GetAt(star - 1) == '/');
+                auto at = [&](int32_t found) { return found < 0 ? -1 : found + p.m_nLinePos; };
+                std::string where = rest.Left(20).GetData();
+                EXPECT_EQ(pointer, p.RestMakesPointer()) << where;
+                EXPECT_EQ(at(rest.Find(';')), p.RestFind(';')) << where;
+                EXPECT_EQ(at(rest.Find('{')), p.RestFind('{')) << where;
+                EXPECT_EQ(at(rest.ReverseFind(']')), p.RestLastOf(']')) << where;
+                p.GetToken(h.File());
+            }
+            EXPECT_LT(line.size() / 8, static_cast<size_t>(steps));
+        }
+    }
+}
+
 TEST(CParseS2T, SmallHelpersAndProgress) {
     FrontEndHarness h(std::string(4001 * 2, '\n').replace(0, 1, "l"));
     CParseS2T& p = h.P();
