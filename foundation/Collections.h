@@ -187,6 +187,13 @@ public:
 
     virtual uint32_t Hash(K const& key) const { return HashKey(key); }
 
+    // Lets the table grow with its entries (to about twice the buckets whenever
+    // the entries outnumber them), for an index whose bucket order no output
+    // reads: look-ups then stay short however large a header or database is.
+    // A chain keeps its order when it is spread, so of two nodes with one key
+    // the older still answers first.
+    void EnableGrowth() { m_bGrows = true; }
+
     // The last node of a chain is never compared: when the key already sits
     // there (in a chain of two or more), a second node with the same key is
     // appended and Lookup keeps finding the older value. Kept on purpose so that
@@ -196,6 +203,7 @@ public:
         if (!head) {
             head = new Node{key, value, nullptr};
             ++m_nCount;
+            GrowIfFull();
             return;
         }
         if (head->key == key) {
@@ -212,6 +220,7 @@ public:
         }
         node->next = new Node{key, value, nullptr};
         ++m_nCount;
+        GrowIfFull();
     }
 
     V& operator[](K const& key) {
@@ -225,6 +234,7 @@ public:
         if (last) last->next = created;
         else head = created;
         ++m_nCount;
+        GrowIfFull();  // moves nodes between chains, never the nodes themselves
         return created->value;
     }
 
@@ -308,9 +318,32 @@ private:
         return nullptr;
     }
 
+    void GrowIfFull() {
+        if (!m_bGrows || m_nCount <= m_nBuckets || m_nBuckets > INT32_MAX / 4) return;
+        int32_t buckets = m_nBuckets * 2 + 1;
+        Node** table = new Node*[static_cast<size_t>(buckets)]();
+        Node** tails = new Node*[static_cast<size_t>(buckets)]();
+        for (int32_t b = 0; b < m_nBuckets; ++b) {
+            for (Node* node = m_pTable[b]; node;) {
+                Node* next = node->next;
+                uint32_t to = Hash(node->key) % static_cast<uint32_t>(buckets);
+                node->next = nullptr;
+                if (tails[to]) tails[to]->next = node;
+                else table[to] = node;
+                tails[to] = node;
+                node = next;
+            }
+        }
+        delete[] tails;
+        delete[] m_pTable;
+        m_pTable = table;
+        m_nBuckets = buckets;
+    }
+
     int32_t m_nBuckets;
     Node** m_pTable;
     int32_t m_nCount = 0;
+    bool m_bGrows = false;
 };
 
 template <typename K, typename KARG, typename V, typename VARG>

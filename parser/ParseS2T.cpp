@@ -10,6 +10,7 @@
 CParseS2T::CParseS2T() {
     m_nIntBits = 32;
     m_IfStack.RemoveAll();
+    m_EnumIndex.EnableGrowth();
     InitReservedKeywordsList();
 }
 

@@ -149,7 +149,12 @@ stReport BuiltInReport() {
 
 }  // namespace
 
-CStorage::CStorage(stData* data) : m_pData(data) {}
+// The identifier indexes grow with the messages: the print walks sort the
+// identifiers, so no output depends on their bucket order.
+CStorage::CStorage(stData* data) : m_pData(data) {
+    m_CommandIds.EnableGrowth();
+    m_ReportIds.EnableGrowth();
+}
 
 CStorage::~CStorage() {
     DeleteAll(m_Reports);

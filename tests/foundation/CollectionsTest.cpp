@@ -90,6 +90,25 @@ TEST(MyMap, IteratesByBucketThenChain) {
     EXPECT_EQ((std::vector<int32_t>{7, 7 + kDefaultBucketCount, 500, 13930}), keys);
 }
 
+TEST(MyMap, EnableGrowthSpreadsChainsAndKeepsTheOlderDuplicateFirst) {
+    CMap<int32_t, int32_t, int32_t, int32_t> map(3);
+    map.EnableGrowth();
+    map.SetAt(1, 10);
+    map.SetAt(4, 40);
+    map.SetAt(4, 41);  // 4 sits in the last node of the chain: a second node
+    for (int32_t key = 100; key < 200; ++key) map[key] = key;
+    EXPECT_LT(100, map.GetBucketCount());
+    EXPECT_EQ(103, map.GetCount());
+    int32_t value = 0;
+    ASSERT_TRUE(map.Lookup(4, value));
+    EXPECT_EQ(40, value);
+    EXPECT_TRUE(map.RemoveKey(4));
+    ASSERT_TRUE(map.Lookup(4, value));
+    EXPECT_EQ(41, value);
+    ASSERT_TRUE(map.Lookup(150, value));
+    EXPECT_EQ(150, value);
+}
+
 TEST(MyMap, IndexOperatorAppendsAnEmptyValue) {
     CMapStringToString map;
     map["k"] += "v";
