@@ -315,6 +315,10 @@ public:
     void ReadFieldStatement(CFile* file, SStructBody& body, CString token);
     void ClassifyTypeWord(CFile* file, CString const& word, SFieldType& type, CString& pending);
     bool ReadAggregateType(CFile* file, SStructBody& body, bool isUnion, SFieldType& type, CString& pending);
+    bool ReadAggregateTypeWord(CFile* file, SStructBody& body, bool isUnion, SFieldType& type, CString& pending);
+    // Whether the first ";" or "{" from the reader's place on is a "{".
+    bool BodyFollows(CFile* file);
+    bool StatementHoldsStar();
     bool ReadEnumFieldType(CFile* file, SStructBody& body, SFieldType& type, CString& pending);
     void ReadDeclarators(CFile* file, SStructBody& body, SFieldType const& type, CString token);
     void ReadDeclarator(CFile* file, SStructBody& body, SFieldType const& type, SDeclarator& declarator,
@@ -339,7 +343,8 @@ public:
     void ClassifyAggregateMember(CFile* file, bool isUnion, SMemberType& type, CString& pending);
     bool ReadMemberDeclarators(CFile* file, CUnion* parsed, SMemberType const& type, CString token);
     bool ReadMemberDeclarator(CFile* file, SMemberType const& type, CUnionVar* member, CString& token);
-    void ReadMemberArraySize(CFile* file, CUnionVar* member, CString& token);
+    void ReadMemberArraySize(CFile* file, CUnionVar* member, bool first, CString& token);
+    int32_t PointedKindOf(CString const& word);
     CString ReadUnionName(CFile* file, CString const& current, bool& named);
     void ReadFurtherUnionNames(CFile* file, CUnion* parsed);
     // Name look-ups of m_EnumList, m_StructList and m_UnionList.

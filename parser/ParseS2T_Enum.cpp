@@ -154,9 +154,10 @@ int32_t CParseS2T::QuotedCharacterValue(CString const& operand) {
 
 void CParseS2T::NameEnum(CFile* file, SEnumBody& body) {
     CEnum* parsed = body.parsed;
+    // Any token but the end of the statement names the enumeration, the empty
+    // one at the end of the file too.
     CString token = body.endOfFile ? CString() : GetToken(file);
-    // The end of the file brings no name either: the tag names the enumeration.
-    bool fromTypedef = m_nTokenType != TOKEN_END_OF_STATEMENT && m_nTokenType != TOKEN_EOF;
+    bool fromTypedef = m_nTokenType != TOKEN_END_OF_STATEMENT;
     parsed->m_strName = fromTypedef ? token : body.tag;
     m_EnumNameIndex.Renamed(m_EnumList, parsed);
     if (EnumExists(parsed->m_strName)) {
@@ -169,9 +170,10 @@ void CParseS2T::NameEnum(CFile* file, SEnumBody& body) {
     }
     if (fromTypedef) token = GetToken(file);
     AddDSFile(m_strFileName);
-    while (token == "," && m_nTokenType != TOKEN_EOF) {
+    // Whatever follows a "," is a further name, a ";" too; at the end of the
+    // file the empty token is the last one.
+    while (token == ",") {
         CString further = GetToken(file);
-        if (m_nTokenType == TOKEN_EOF || m_nTokenType == TOKEN_END_OF_STATEMENT) break;
         parsed->m_lstNames.AddTail(further);
         m_EnumNameIndex.Renamed(m_EnumList, parsed);
         token = GetToken(file);

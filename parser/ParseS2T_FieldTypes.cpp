@@ -37,12 +37,6 @@ STypeSpelling const kTypeSpellings[] = {
     {"unsigned __int64", "unsigned long64"}, {"signed long long", "signed long64"},
     {"signed __int64", "signed long64"},     {"long long", "long64"},
     {"__int64", "long64"},
-    // The other ordinary spellings of the same types, so that a field written
-    // either way is typed alike.
-    {"long int", "long"},                          {"short int", "short"},
-    {"long long int", "long64"},                   {"unsigned short int", "unsigned short"},
-    {"signed short int", "signed short"},          {"signed long int", "signed long"},
-    {"unsigned long long int", "unsigned long64"}, {"signed long long int", "signed long64"},
 };
 
 template <size_t N>
@@ -89,12 +83,12 @@ CString CParseS2T::ResolveTypeAlias(CString text) {
 CString CParseS2T::ResolveFieldType(CFile* file, CString const& first, CString& pending) {
     pending.Empty();
     CString text = ResolveTypeAlias(first);
-    bool sign = text == kUnsigned || text == kSigned;
-    // Keywords after a keyword make one type ("long long", "short int").
-    if (!sign && !IsReservedKeyword(text)) return text;
+    // Only "unsigned" and "signed" gather the keywords after them: in
+    // "short int x" the type is "short" and "int x" is the declarator.
+    if (text != kUnsigned && text != kSigned) return text;
     CString token = GetBodyToken(file);
     CString word = ResolveTypeAlias(token);
-    if (sign && (m_nTokenType != TOKEN_ORDINARY || !IsReservedKeyword(word))) {
+    if (m_nTokenType != TOKEN_ORDINARY || !IsReservedKeyword(word)) {
         // A bare "unsigned" or "signed" before the field name is recorded as
         // UINT32, the signed one too.
         pending = token;

@@ -38,7 +38,9 @@
 struct CParseS2T::SFieldType {
     CString type;
     int32_t kind = FIELD_STRUCT;
+    int32_t pointedKind = FIELD_STRUCT;  // what a "*" of a declarator points at
     bool primitivePointer = false;  // a primitive type with a "*" after it on the line
+    bool ownStar = false;           // that "*" stands in this statement, not in a later one
     bool nestedBody = false;        // the type is an aggregate whose body was just read
     bool consumed = false;          // the whole statement was read already
 };
@@ -217,18 +219,34 @@ void CParseS2T::ClassifyTypeWord(CFile* file, CString const& word, SFieldType& t
     // The look-ahead for a "*" is made right after the first type word; it only
     // matters for primitive types, so it is skipped for the others.
     CString first = ResolveTypeAlias(word);
-    bool readsPast = first == kUnsigned || first == kSigned || IsReservedKeyword(first);
+    bool readsPast = first == kUnsigned || first == kSigned;
     bool pointer = readsPast && IsPointer(file);
     type.type = NormaliseTypeName(ResolveFieldType(file, word, pending));
     type.kind = SelectFieldKind(type.type);
+    type.pointedKind = type.kind;
     bool primitive = type.kind == FIELD_INT || type.kind == FIELD_CHAR;
     if (!readsPast && primitive) pointer = IsPointer(file);
     type.primitivePointer = pointer && primitive;
+    if (type.primitivePointer) type.ownStar = StatementHoldsStar();
 }
 
 bool CParseS2T::ReadAggregateType(CFile* file, SStructBody& body, bool isUnion, SFieldType& type,
                                   CString& pending) {
-    if (IsStructDeclaration(file)) {
+    // A union field asks for a "*" before anything of it is read; when the
+    // statement shows one, the field points at the union whatever its
+    // declarators carry.
+    bool unionPointer = isUnion && IsPointer(file);
+    bool ok = ReadAggregateTypeWord(file, body, isUnion, type, pending);
+    if (unionPointer) {
+        type.kind = FIELD_POINTER;
+        type.pointedKind = FIELD_UNION;
+    }
+    return ok;
+}
+
+bool CParseS2T::ReadAggregateTypeWord(CFile* file, SStructBody& body, bool isUnion, SFieldType& type,
+                                      CString& pending) {
+    if (BodyFollows(file)) {
         CString name;
         if (isUnion) {
             CUnion* nested = DoUnion(file, 1, false);
@@ -240,7 +258,7 @@ bool CParseS2T::ReadAggregateType(CFile* file, SStructBody& body, bool isUnion, 
             type.consumed = !nested;
         }
         type.type = name;
-        type.kind = isUnion ? FIELD_UNION : FIELD_STRUCT;
+        type.kind = type.pointedKind = isUnion ? FIELD_UNION : FIELD_STRUCT;
         type.nestedBody = true;
         if (m_nTokenType == TOKEN_EOF) body.ended = body.endOfFile = true;
         return !body.ended;
@@ -252,19 +270,19 @@ bool CParseS2T::ReadAggregateType(CFile* file, SStructBody& body, bool isUnion, 
         return true;
     }
     type.type = word;
-    type.kind = FIELD_UNION;
+    type.kind = type.pointedKind = FIELD_UNION;
     return true;
 }
 
 bool CParseS2T::ReadEnumFieldType(CFile* file, SStructBody& body, SFieldType& type, CString& pending) {
-    if (IsStructDeclaration(file)) {
+    if (BodyFollows(file)) {
         // An enumeration defined inside the structure: its enumerators are read
         // so that later sizes can use them; the field takes its tag as type.
         CString tag;
         type.consumed = !ReadNestedEnum(file, tag);
         if (m_nTokenType == TOKEN_EOF) body.ended = body.endOfFile = true;
         type.type = tag.IsEmpty() ? CString("long") : tag;
-        type.kind = SelectFieldKind(type.type);
+        type.kind = type.pointedKind = SelectFieldKind(type.type);
         return !body.ended;
     }
     CString word = GetBodyToken(file);
@@ -289,6 +307,9 @@ void CParseS2T::ReadDeclarators(CFile* file, SStructBody& body, SFieldType const
 
 void CParseS2T::ReadDeclarator(CFile* file, SStructBody& body, SFieldType const& type, SDeclarator& declarator,
                                CString& token) {
+    // A pointer to a primitive takes every word up to the end of the statement,
+    // so a "," inside the parentheses of a function pointer does not end it;
+    // elsewhere parentheses are passed over and every "," ends the declarator.
     int32_t depth = 0;
     while (m_nTokenType == TOKEN_ORDINARY && token != "}" && !(token == "," && depth == 0)) {
         if (token == "[") {
@@ -296,22 +317,14 @@ void CParseS2T::ReadDeclarator(CFile* file, SStructBody& body, SFieldType const&
             ReadArrayDimension(file, declarator, token);
             continue;
         }
-        int32_t colon = token.Find(':');
-        if (colon > 0 && !declarator.field && !declarator.done) {
-            // "a:4" comes as one word: the name, then the width.
-            declarator.name = token.Left(colon);
-            declarator.wordSeen = true;
-            declarator.lastToken = declarator.name;
-            token = token.Mid(colon);
-            continue;
-        }
-        if (colon == 0) {
+        // Only ":" standing alone starts a bit width; "a:4" is one word, a name.
+        if (token == ":") {
             if (!declarator.done && !declarator.field) CreateField(body, type, declarator);
             ReadBitWidth(file, body, declarator, token);
             continue;
         }
         if (token == "(") {
-            ++depth;
+            if (declarator.primitivePointer) ++depth;
         } else if (token == ")") {
             if (depth > 0) --depth;
         } else if (token == "*") {
@@ -328,7 +341,13 @@ void CParseS2T::ReadDeclarator(CFile* file, SStructBody& body, SFieldType const&
 void CParseS2T::CreateField(SStructBody& body, SFieldType const& type, SDeclarator& declarator) {
     CStructVar* field = new CStructVar;
     bool functionPointer = declarator.lastToken == ")";
-    if (declarator.primitivePointer && (declarator.stars > 0 || functionPointer)) {
+    // The "*" that the look-ahead saw makes the declarators of a primitive
+    // type pointers. When the statement holds a "*" of its own, it mixes
+    // pointers and plain fields ("char *text, buffer[8];") and each declarator
+    // decides by its own stars; otherwise the "*" stands in a later statement
+    // of the line, and every declarator is a pointer all the same.
+    bool starred = declarator.stars > 0 || functionPointer || !type.ownStar;
+    if (declarator.primitivePointer && starred) {
         field->m_strType = kPointerType;
         field->m_nType = FIELD_POINTER;
         field->m_nPointedType = FIELD_INT;
@@ -339,8 +358,9 @@ void CParseS2T::CreateField(SStructBody& body, SFieldType const& type, SDeclarat
         field->m_nType = type.kind;
         field->m_strName = declarator.name;
         declarator.primitivePointer = false;
+        if (field->m_nType == FIELD_POINTER) field->m_nPointedType = type.pointedKind;
         if (declarator.stars > 0) {
-            field->m_nPointedType = type.kind;
+            field->m_nPointedType = type.pointedKind;
             field->m_nType = FIELD_POINTER;
             CString prefix;
             for (int32_t i = 0; i < declarator.stars; ++i) prefix += 'p';
@@ -387,18 +407,13 @@ int32_t CParseS2T::ReadPointerArraySize(CFile* file, CString& token) {
     return count;
 }
 
-// token is ":" or ":<width>"; on return it holds the token after the width.
+// token is ":"; on return it holds the token after the width.
 void CParseS2T::ReadBitWidth(CFile* file, SStructBody& body, SDeclarator& declarator, CString& token) {
     int32_t width = 0;
-    if (token.GetLength() > 1) {
-        width = Atoi32(token.Mid(1));
+    token = GetBodyToken(file);
+    if (m_nTokenType == TOKEN_ORDINARY && token != "}" && token != ",") {
+        width = Atoi32(token);
         token = GetBodyToken(file);
-    } else {
-        token = GetBodyToken(file);
-        if (m_nTokenType == TOKEN_ORDINARY && token != "}" && token != ",") {
-            width = Atoi32(token);
-            token = GetBodyToken(file);
-        }
     }
     if (declarator.field && !declarator.done) AddBitField(body.parsed, declarator.field, width, body.holderCounter);
     declarator.field = nullptr;
@@ -441,9 +456,9 @@ void CParseS2T::ReadFurtherStructNames(CFile* file, CStruct* parsed) {
     }
 }
 
-void CParseS2T::SkipRestOfLine(CFile* file) {
-    if (!ReadLine(file, 0)) CurrentLine().Empty();
-}
+// At the end of the file the line stays as it is, and what follows the
+// declaration on the last line is read as usual.
+void CParseS2T::SkipRestOfLine(CFile* file) { ReadLine(file, 0); }
 
 void CParseS2T::SkipBody(CFile* file) {
     int32_t depth = 1;
@@ -456,6 +471,14 @@ void CParseS2T::SkipBody(CFile* file) {
 }
 
 // ---- look-ahead
+
+// Whether the statement being read holds a "*" of its own: one before the
+// first ";" of the rest of the line, or a statement that goes on below.
+bool CParseS2T::StatementHoldsStar() {
+    SLineView view = RestOfLine();
+    int32_t end = view.statementEnd < 0 ? -1 : FindIn(view.text, view.length, ';');
+    return end < 0 || FindIn(view.text, end, '*') >= 0;
+}
 
 // The rest of the current line as the lexer holds it, read in place. The two
 // look-aheads judge the whole rest of an ordinary line; on a rest longer than
@@ -498,6 +521,24 @@ bool CParseS2T::IsPointer(CFile* file) {
     }
     RestoreLookAhead(file, saved);
     return pointer;
+}
+
+// Whether a body follows: the first ";" or "{" from here on is a "{". Unlike
+// IsStructDeclaration it does not take the body of a later statement on the
+// same line ("struct X x; struct { int a; } y;") for one of this statement.
+bool CParseS2T::BodyFollows(CFile* file) {
+    SLineView view = RestOfLine();
+    if (view.statementEnd >= 0) return view.text[view.statementEnd] == '{';
+    SLookAhead saved = SaveLookAhead(file);
+    bool body = false;
+    for (bool more = true; more && ReadLine(file, 0);) {
+        CString const& line = CurrentLine();
+        int32_t end = StatementEnd(line.GetData(), line.GetLength());
+        body = end >= 0 && line.GetAt(end) == '{';
+        more = end < 0;
+    }
+    RestoreLookAhead(file, saved);
+    return body;
 }
 
 bool CParseS2T::IsStructDeclaration(CFile* file) {

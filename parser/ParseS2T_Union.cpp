@@ -4,28 +4,17 @@
 // and renamed as its names become known; m_UnionIndex follows every rename and
 // removal, so the by-name look-ups answer as a walk of the list would.
 //
-// Member statements: { qualifier } type declarator { "," declarator } ";"
-// where type is a nested "union"/"struct" body, "union X", "struct X", an
-// enumeration, a typedef of a primitive, a known union, "unsigned"/"signed"
-// with keywords, or any other word (kept as written, kind int). A declarator
-// is its words with "*", "(" and ")": the last word is the name, a "*" makes
-// an "unsigned short" pointer named "p_<name>", and "[n]" sets the count
-// (several dimensions multiply).
+// Member statements: type declarator { "," declarator } ";" where type is a
+// nested "union"/"struct" body, "union X", "struct X", an enumeration, a
+// typedef of a primitive, a known union, "unsigned"/"signed" with one keyword,
+// or any other word (kept as written, kind int; a qualifier such as "const"
+// is such a word). A declarator is its words with "*", "(" and ")": the last
+// word is the name, a "*" makes an "unsigned short" pointer named "p_<name>",
+// and the first number in "[...]" sets the count.
 #include "ParseS2T.h"
 
 #include "NumberText.h"
 #include "ParserTexts.h"
-
-namespace {
-
-int32_t SaturatedProduct(int32_t a, int32_t b) {
-    int64_t product = static_cast<int64_t>(a) * b;
-    if (product > INT32_MAX) return INT32_MAX;
-    if (product < INT32_MIN) return INT32_MIN;
-    return static_cast<int32_t>(product);
-}
-
-}  // namespace
 
 // A member statement's type, classified once for all its declarators.
 struct CParseS2T::SMemberType {
@@ -85,11 +74,6 @@ void CParseS2T::ReadUnionBody(CFile* file, CUnion* parsed) {
 
 // False when the body ended inside the statement (a "}" or the end of the file).
 bool CParseS2T::ReadMemberStatement(CFile* file, CUnion* parsed, CString token) {
-    while (IsFieldQualifier(token)) {
-        token = GetBodyToken(file);
-        if (m_nTokenType == TOKEN_EOF || token == "}") return false;
-        if (m_nTokenType == TOKEN_END_OF_STATEMENT) return true;
-    }
     SMemberType type;
     CString pending;
     ClassifyMember(file, token, type, pending);
@@ -112,22 +96,31 @@ void CParseS2T::ClassifyMember(CFile* file, CString const& token, SMemberType& t
         type.kind = FIELD_INT;
     } else if (FindUnionByName(token)) {
         type.kind = FIELD_UNION;
-        type.pointedKind = FIELD_UNION;
     } else if (token == kUnsigned || token == kSigned) {
+        // One keyword joins the word: "unsigned long int x" is an
+        // "unsigned long" named x.
         pending = GetBodyToken(file);
-        while (m_nTokenType == TOKEN_ORDINARY && IsReservedKeyword(pending)) {
+        if (m_nTokenType == TOKEN_ORDINARY && IsReservedKeyword(pending)) {
             type.type += ' ';
             type.type += pending;
             pending = GetBodyToken(file);
         }
     }
+    type.pointedKind = PointedKindOf(token);
+}
+
+// What a "*" after the type word points at: a known union, else a known
+// structure, else an integer.
+int32_t CParseS2T::PointedKindOf(CString const& word) {
+    if (FindUnionByName(word)) return FIELD_UNION;
+    return FindStructByName(word) ? FIELD_STRUCT : FIELD_INT;
 }
 
 void CParseS2T::ClassifyAggregateMember(CFile* file, bool isUnion, SMemberType& type, CString& pending) {
     type.kind = isUnion ? FIELD_UNION : FIELD_STRUCT;
     // A body that follows is read whether or not a "*" comes after it: the
     // declarators after the closing brace carry their own stars.
-    if (IsStructDeclaration(file)) {
+    if (BodyFollows(file)) {
         CObject* nested = nullptr;
         if (isUnion) {
             CUnion* inner = DoUnion(file, 1, false);
@@ -149,9 +142,7 @@ void CParseS2T::ClassifyAggregateMember(CFile* file, bool isUnion, SMemberType& 
         pending = type.type;  // the statement or the body ends here
         return;
     }
-    if (isUnion ? FindUnionByName(type.type) != nullptr : FindStructByName(type.type) != nullptr) {
-        type.pointedKind = type.kind;
-    }
+    type.pointedKind = PointedKindOf(type.type);
 }
 
 // Reads the declarators of one member statement; false when the body ended.
@@ -174,25 +165,18 @@ bool CParseS2T::ReadMemberDeclarators(CFile* file, CUnion* parsed, SMemberType c
 bool CParseS2T::ReadMemberDeclarator(CFile* file, SMemberType const& type, CUnionVar* member, CString& token) {
     bool pointer = false;
     bool wordSeen = false;
+    bool sized = false;
     int32_t depth = 0;
     while (m_nTokenType == TOKEN_ORDINARY && token != "}" && !(token == "," && depth == 0)) {
         if (token == "[") {
-            ReadMemberArraySize(file, member, token);
+            ReadMemberArraySize(file, member, !sized, token);
+            sized = true;
             continue;
         }
-        int32_t colon = token.Find(':');
-        if (colon > 0) {
-            // "a:4" comes as one word: the name, then the width.
-            member->m_strName = token.Left(colon);
-            wordSeen = true;
-            token = token.Mid(colon);
-            continue;
-        }
-        if (colon == 0) {
-            // The bit width is not kept for union members.
-            bool widthRead = token.GetLength() > 1;
+        if (token == ":") {
+            // The bit width is not kept for union members; "a:4" is one word.
             token = GetBodyToken(file);
-            if (!widthRead && m_nTokenType == TOKEN_ORDINARY && token != "}" && token != ",") token = GetBodyToken(file);
+            if (m_nTokenType == TOKEN_ORDINARY && token != "}" && token != ",") token = GetBodyToken(file);
             continue;
         }
         if (token == "*") pointer = true;
@@ -215,25 +199,25 @@ bool CParseS2T::ReadMemberDeclarator(CFile* file, SMemberType const& type, CUnio
 }
 
 // "[" was read: the first word inside (past "(" and ")") is a decimal count or
-// an enumerator; anything else keeps the count. The rest up to "]" is passed
-// over; on return token holds the token after it (or the ";" "}" that cut it).
-void CParseS2T::ReadMemberArraySize(CFile* file, CUnionVar* member, CString& token) {
+// an enumerator; anything else keeps the count. Only the first size of a
+// declarator counts ("a[2][5]" holds 2). The rest up to "]" is passed over;
+// on return token holds the token after it (or the ";" "}" that cut it).
+void CParseS2T::ReadMemberArraySize(CFile* file, CUnionVar* member, bool first, CString& token) {
     token = GetBodyToken(file);
     while (m_nTokenType == TOKEN_ORDINARY && (token == "(" || token == ")")) token = GetBodyToken(file);
     if (m_nTokenType == TOKEN_ORDINARY && token != "]" && token != "}") {
         int32_t value = Atoi32(token) != 0 || token == "0" ? Atoi32(token) : FindEnumVal(token);
-        // A member has one count: the dimensions of a multi-dimensional array
-        // are multiplied into it, so that it covers every element.
-        if (value != kNoValue) member->m_nArraySize = SaturatedProduct(member->m_nArraySize, value);
+        if (first && value != kNoValue) member->m_nArraySize = value;
         while (m_nTokenType == TOKEN_ORDINARY && token != "]" && token != "}") token = GetBodyToken(file);
     }
     if (m_nTokenType == TOKEN_ORDINARY && token == "]") token = GetBodyToken(file);
 }
 
+// The token after "}" names the union unless it is ";": a "*" ("} *PU;")
+// and the empty token at the end of the file too.
 CString CParseS2T::ReadUnionName(CFile* file, CString const& current, bool& named) {
     CString token = GetBodyToken(file);
-    while (token == "*" && m_nTokenType == TOKEN_ORDINARY) token = GetBodyToken(file);
-    named = m_nTokenType == TOKEN_ORDINARY;
+    named = m_nTokenType != TOKEN_END_OF_STATEMENT;
     return named ? token : current;
 }
 

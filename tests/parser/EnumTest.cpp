@@ -81,9 +81,21 @@ TEST(CParseS2T_Enum, PlainIfInsideBodyBecomesEnumerator) {
     EXPECT_EQ("enum E: if=-2147483648 A=0 B=1\n", h.Parse("enum E {\n#if 0\n  A,\n#endif\n  B\n};\n"));
 }
 
-TEST(CParseS2T_Enum, EndOfFileInsideBodyKeepsEnumeration) {
-    Harness h;
-    EXPECT_EQ("enum E: A=1 B=2\n", h.Parse("enum E { A = 1, B"));
+TEST(CParseS2T_Enum, EndOfFileNamesEnumerationWithEmptyToken) {
+    // The token after the body is not the end of the statement, so the empty
+    // token of the end of the file names the enumeration, whatever the tag.
+    EnumRow const rows[] = {
+        {"enum E { A = 1, B", "enum : A=1 B=2\n", "end of the file inside the body"},
+        {"enum E { A }", "enum : A=0\n", "end of the file right after the body"},
+        {"typedef enum { A } T, U", "enum T names=[U]: A=0\n", "a further name at the end of the file"},
+        {"typedef enum { A } T,", "enum T names=[]: A=0\n", "an empty further name at the end of the file"},
+        {"typedef enum { A } T, ;\nenum F { B };", "enum T names=[;]: A=0\n",
+         "a ; after a , is a further name and the next keyword is read past"},
+    };
+    for (EnumRow const& row : rows) {
+        Harness h;
+        EXPECT_EQ(row.expected, h.Parse(row.header)) << row.reason;
+    }
 }
 
 TEST(CParseS2T_Enum, EnumeratorsResolveLaterSizesAndMacrosLoseToThem) {

@@ -37,9 +37,12 @@ TEST(CParseS2T_FieldTypes, ResolveNormaliseAndSelectKind) {
         {"signed int x;", "x int signed long", "signed int"},
         {"unsigned long long x;", "x int unsigned long64", "unsigned long long"},
         {"signed long long x;", "x int signed long64", "signed long long"},
-        {"long long x;", "x int long64", "two keywords"},
-        {"short int x;", "x int short", "short int"},
-        {"unsigned short int x;", "x int unsigned short", "unsigned short int"},
+        {"long long x;", "x int long", "only unsigned and signed gather keywords: the second long is a word"},
+        {"short int x;", "x int short", "short int: int x is the declarator"},
+        {"long int x;", "x int long", "long int"},
+        {"unsigned short int x;", "x struct unsigned short int", "three words are no primitive name"},
+        {"signed long int x;", "x struct signed long int", "nor are these"},
+        {"unsigned long long int x;", "x struct unsigned long long int", "four words"},
         {"__int64 x;", "x int long64", "__int64"},
         {"unsigned short s;", "s int unsigned short", "unsigned short"},
         {"UINT8 b;", "b int UINT8", "eight-bit names are int kind"},
@@ -104,12 +107,14 @@ TEST(CParseS2T_FieldTypes, BitFieldsShareHoldersOfThirtyTwoBits) {
 TEST(CParseS2T_FieldTypes, OrdinaryFieldEndsBitFieldRun) {
     Harness h;
     EXPECT_EQ("S_bitfield_0 char unsigned long bits=4; x int long; S_bitfield_1 char unsigned long bits=4",
-              FieldsOf(h, "", "int a:4; int x; int b:4;"));
+              FieldsOf(h, "", "int a : 4; int x; int b : 4;"));
 }
 
 TEST(CParseS2T_FieldTypes, BitFieldEdges) {
     FieldRow const rows[] = {
-        {"unsigned int a:1, b:2;", "S_bitfield_0 char unsigned long bits=3", "several in one statement"},
+        {"unsigned int a : 1, b : 2;", "S_bitfield_0 char unsigned long bits=3", "several in one statement"},
+        {"int a:4; int b :4;", "a:4 int long; :4 int long",
+         "only a : standing alone makes a bit-field; a:4 and :4 are words, the last one the name"},
         {"int : 4; int b : 4;", "S_bitfield_0 char unsigned long bits=8", "unnamed bit-field"},
         {"int big : 40; int c : 1;", "S_bitfield_0 char unsigned long bits=40; S_bitfield_1 char unsigned long bits=1",
          "a wide first field keeps its holder"},
@@ -125,5 +130,5 @@ TEST(CParseS2T_FieldTypes, BitFieldEdges) {
 
 TEST(CParseS2T_FieldTypes, HolderOfTypedefStructHasNoTagYet) {
     Harness h;
-    EXPECT_EQ("struct S tag=S: _bitfield_0 char unsigned long bits=3\n", h.Parse("typedef struct { int a:3; } S;"));
+    EXPECT_EQ("struct S tag=S: _bitfield_0 char unsigned long bits=3\n", h.Parse("typedef struct { int a : 3; } S;"));
 }

@@ -29,9 +29,14 @@ void ExpectRows(std::initializer_list<StructRow> rows) {
 
 TEST(CParseS2T_Struct, DoStructDeclaratorsAndPointers) {
     ExpectRows({
-        {"struct S { int a, b; char *p, q; };",
-         "struct S tag=S: a int long; b int long; p_p ptr(int) unsigned short; q char char\n",
-         "several declarators; a primitive pointer is an unsigned short"},
+        {"struct S {\n  int a, b;\n  char *p, q;\n  char *text, buffer[4];\n};",
+         "struct S tag=S: a int long; b int long; p_p ptr(int) unsigned short; q char char; "
+         "p_text ptr(int) unsigned short; buffer char char [4]\n",
+         "several declarators; a primitive pointer is an unsigned short; in a mixed statement each decides"},
+        {"struct S { char a, b; long n[2]; char *p; };\nstruct T { S *s; long v; };",
+         "struct S tag=S: p_a ptr(int) unsigned short; p_b ptr(int) unsigned short; "
+         "p_n ptr(int) unsigned short [2]; p_p ptr(int) unsigned short\nstruct T tag=T: p_s ptr(struct) S; v int long\n",
+         "a * further on the line makes every earlier primitive field of it a pointer, not a structure field"},
         {"struct S { char **pp; void *v; };", "struct S tag=S: p_pp ptr(int) unsigned short; p_v ptr(int) unsigned short\n",
          "one p_ for a primitive pointer whatever the stars"},
         {"struct T { int x; };\nstruct S { struct T *t; T **tt; T u; };",
@@ -46,6 +51,8 @@ TEST(CParseS2T_Struct, DoStructDeclaratorsAndPointers) {
          "function pointers are numbered per structure"},
         {"struct S { T (*h)(int x); };", "struct S tag=S: p_x ptr(struct) T\n",
          "to a non-primitive: the last word is the name"},
+        {"struct S { T (*cb)(int a, int b); };", "struct S tag=S: p_a ptr(struct) T; b struct T\n",
+         "to a non-primitive a , inside the parentheses ends the declarator"},
         {"struct S {\n  int\n  *p;\n  int q;\n};", "struct S tag=S: p_p ptr(int) unsigned short; q int long\n",
          "the look-ahead for * reads the next line and comes back"},
     });
@@ -76,8 +83,17 @@ TEST(CParseS2T_Struct, DoStructNestedAndAnonymous) {
          "struct ksTag_0_0_ksTag_1 tag=: y int long\nstruct ksTag_0 tag=: deep struct ksTag_0_0_ksTag_1\n"
          "struct A tag=A: mid struct ksTag_0\n",
          "prefixes of the enclosing nested structures"},
-        {"struct A { struct B { int b; } b1, *b2; };",
+        {"struct A {\n  struct B {\n    int b;\n  } b1, *b2;\n};",
          "struct B tag=B: b int long\nstruct A tag=A: b1 struct B; p_b2 ptr(struct) B\n", "nested tagged structure"},
+        {"typedef struct { struct X x; struct { long a; } y; union U u; union { long b; } v; } T;",
+         "struct ksTag_0 tag=: a int long\nstruct T tag=T: x struct X; y struct ksTag_0; u union U; v union ksGenUnion_0\n"
+         "union ksGenUnion_0: b int long\n",
+         "a body of a later statement on the line is not taken for this one's"},
+        {"struct S { union { long a; } u; union V w; char c; };\nstruct P { union { char *q; } u; };",
+         "struct S tag=S: u union ksGenUnion_0; w union V; c char char\n"
+         "struct P tag=P: u ptr(union) ksGenUnion_1\n"
+         "union ksGenUnion_0: a int long\nunion ksGenUnion_1: p_q ptr(int) unsigned short\n",
+         "a union field is a pointer when its statement shows a * on the line, even inside its body"},
         {"struct A { struct { int x; }; int y; };", "struct ksTag_0 tag=: x int long\nstruct A tag=A:  struct ksTag_0; y int long\n",
          "an anonymous member keeps a field without a name"},
         {"struct A { enum Color { RED, GREEN, BLUE } c; int arr[BLUE]; };",
@@ -90,14 +106,17 @@ TEST(CParseS2T_Struct, DoStructNestedAndAnonymous) {
 TEST(CParseS2T_Struct, DoStructNames) {
     ExpectRows({
         {"typedef struct T { int a; } A, B, C;", "struct A tag=T names=[C,B]: a int long\n", "further names reversed"},
-        {"typedef struct { int a; } A, *PA;", "struct A tag=A names=[PA]: a int long\n", "stars before a further name"},
-        {"typedef struct T { int a; } *PT;", "struct PT tag=T *: a int long\n", "a star after the brace joins the tag"},
+        {"typedef struct {\n  int a;\n} A, *PA;", "struct A tag=A names=[PA]: a int long\n", "stars before a further name"},
+        {"typedef struct T {\n  int a;\n} *PT;", "struct PT tag=T *: a int long\n", "a star after the brace joins the tag"},
         {"struct { int a; };\nstruct { int b; };",
          "struct GeneratedKestrinStruct_0 tag=: a int long\nstruct GeneratedKestrinStruct_1 tag=: b int long\n",
          "anonymous without a name"},
         {"struct T { int a; } t1, t2;", "struct t1 tag=T: a int long\n", "tagged form: the first declarator names it"},
         {"struct T { int a; }; struct U { int b; };\nstruct V { int c; };",
          "struct T tag=T: a int long\nstruct V tag=V: c int long\n", "the rest of the line after the end is skipped"},
+        {"typedef struct { int a; } A; typedef struct { int b; } B; struct C { int c; };",
+         "struct A tag=A: a int long\nstruct B tag=B: b int long\nstruct C tag=C: c int long\n",
+         "on the last line nothing is skipped"},
     });
 }
 

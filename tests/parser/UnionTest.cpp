@@ -33,6 +33,10 @@ TEST(CParseS2T_Union, DoUnionForms) {
          "a typedef form uses up a generated number even when named"},
         {"union A { union A { int a; } in; };", "union A: in union A\n",
          "the top-level union removes a nested one of its name, never itself"},
+        {"typedef union { long w; } *PU;\ntypedef union { char c; } *, V;",
+         "union *: c int char\nunion V: c int char\n", "the token after the brace names it, a * too"},
+        {"typedef union { long w; }", "union : w int long\n", "the empty token at the end of the file names it"},
+        {"typedef union { long w;", "union ksGenUnion_0: w int long\n", "a body cut short keeps the generated name"},
         {"struct S { union A { int a; } x; };\nstruct T { union A { char b; } y; };",
          "struct S tag=S: x union A\nstruct T tag=T: y union A\nunion A: a int int\nunion A: b int char\n",
          "nested unions never replace"},
@@ -48,10 +52,11 @@ TEST(CParseS2T_Union, DoUnionMemberKinds) {
     EXPECT_EQ("enum E: A=0\nstruct X tag=X: a int long\n"
               "union V: v int int\n"
               "union U: e enum E; b int U8; w union v; s int unsigned short; x int unsigned; t int MyType; "
-              "y int X; z struct X; q union Q; m int unsigned long long\n",
+              "y int X; z struct X; q union Q; m int const; n int unsigned long; o int volatile\n",
               h.Parse("enum E { A };\nstruct X { int a; };\ntypedef unsigned char U8;\ntypedef union { int v; } V;\n"
                       "typedef union {\n  E e;\n  U8 b;\n  v w;\n  unsigned short s;\n  unsigned x;\n  MyType t;\n"
-                      "  X y;\n  struct X z;\n  union Q q;\n  const unsigned long long m;\n} U;\n"));
+                      "  X y;\n  struct X z;\n  union Q q;\n  const unsigned long long m;\n  unsigned long int n;\n"
+                      "  volatile unsigned char o;\n} U;\n"));
 }
 
 TEST(CParseS2T_Union, DoUnionPointersAndArrays) {
@@ -59,17 +64,19 @@ TEST(CParseS2T_Union, DoUnionPointersAndArrays) {
     EXPECT_EQ("enum E: N=3\nstruct X tag=X: a int long\n"
               "union V: v int int\n"
               "union U: p_p ptr(struct) unsigned short; p_q ptr(int) unsigned short; p_r ptr(union) unsigned short; "
-              "p_c ptr(int) unsigned short; p_w ptr(union) unsigned short; a int char; b int char [3]; "
-              "c int char [8]; d int char [0]; f int char [10]\n",
+              "p_c ptr(int) unsigned short; p_w ptr(union) unsigned short; p_x ptr(struct) unsigned short; "
+              "p_e ptr(int) unsigned short; a int char; b int char [3]; "
+              "c int char [8]; d int char [0]; f int char [2]; g int char [4]\n",
               h.Parse("enum E { N = 3 };\nstruct X { int a; };\ntypedef union { int v; } V;\n"
                       "typedef union {\n  struct X *p;\n  struct Y *q;\n  union V *r;\n  char *c;\n  V **w;\n"
-                      "  char a[UNKNOWN];\n  char b[N];\n  char c[(8)];\n  char d[0];\n  char f[2][5];\n} U;\n"));
+                      "  X *x;\n  E *e;\n  char a[UNKNOWN];\n  char b[N];\n  char c[(8)];\n  char d[0];\n"
+                      "  char f[2][5];\n  char g[4 * N];\n} U;\n"));
 }
 
 TEST(CParseS2T_Union, DoUnionSeveralDeclaratorsAndBitWidths) {
     Harness h;
     EXPECT_EQ("union U: a int int; p_b ptr(int) unsigned short; c int int; d int int; e int int\n",
-              h.Parse("typedef union { int a, *b, c; int d:3, e : 4; } U;"));
+              h.Parse("typedef union { int a, *b, c; int d : 3, e : 4; } U;"));
 }
 
 TEST(CParseS2T_Union, DoUnionNestedAggregates) {
@@ -86,7 +93,15 @@ TEST(CParseS2T_Union, DoUnionNestedAggregates) {
 TEST(CParseS2T_Union, UnionInsideStructure) {
     Harness h;
     EXPECT_EQ("struct S tag=S: u union Inner; p_v ptr(union) Inner\nunion Inner: a int int; b int char\n",
-              h.Parse("struct S { union Inner { int a; char b; } u, *v; };"));
+              h.Parse("struct S {\n  union Inner { int a; char b; } u,\n  *v;\n};"));
+}
+
+TEST(CParseS2T_Union, StructMemberBodyOnlyWhenBraceComesFirst) {
+    Harness h;
+    // The * of the first member and the body of the second stand on one line.
+    EXPECT_EQ("struct X tag=X: a int long\nstruct ksGenUnion_0_ksTag_0 tag=: p_q ptr(int) unsigned short\n"
+              "union U: p_p ptr(struct) unsigned short; s struct ksGenUnion_0_ksTag_0\n",
+              h.Parse("struct X { int a; };\ntypedef union { struct X *p; struct { char *q; } s; } U;"));
 }
 
 TEST(CParseS2T_Union, FindWithoutCaseRemoveWithCase) {
