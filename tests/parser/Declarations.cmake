@@ -8,3 +8,9 @@ ks_add_test(parser_declaration_tests
     ${CMAKE_CURRENT_SOURCE_DIR}/UnionTest.cpp
     ${CMAKE_CURRENT_SOURCE_DIR}/DriverTest.cpp
   LIBS ks_parser ks_testsupport)
+
+# The same declarations read by the built KSManCMD, compared in its database file.
+ks_add_test(parser_declaration_run_tests
+  SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/DeclarationsRunTest.cpp
+  LIBS ks_testsupport)
+add_dependencies(parser_declaration_run_tests KSManCMD)
