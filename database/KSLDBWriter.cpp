@@ -5,14 +5,12 @@
 // is ever written.
 #include "KSLDBWriter.h"
 
+#include <cstdio>
+
 #include "DatabaseTexts.h"
 #include "Storage.h"
 
 namespace {
-
-// Line feeds inside a record would split it; message lines, structure headers
-// and structure-kind field lines have them taken out, the others keep them.
-void RemoveLineFeeds(CString& line) { line.Replace("\n", ""); }
 
 // The tag text of a field: empty without any documentation, otherwise all three
 // markers, even around empty parts.
@@ -27,6 +25,9 @@ CString TagText(stStructVar const& field) {
                field.m_strDependency.GetData());
     return tag;
 }
+
+// A file of a few hundred thousand lines is written in large blocks.
+constexpr size_t kWriteBufferSize = 1 << 20;
 
 // The number of lines a field's value list takes: the count is checked only
 // after a line is written, so a count of 0 (or less) still gives one line, and
@@ -54,7 +55,9 @@ int CKSLDBWriter::Open(char const* path) {
     // The file object stays even when the open fails; writes through it then do
     // nothing, so WriteDB after a failed Open is harmless.
     m_pFile = new CFile;
-    return m_pFile->Open(path, "wb");
+    int opened = m_pFile->Open(path, "wb");
+    if (opened) std::setvbuf(m_pFile->GetStream(), nullptr, _IOFBF, kWriteBufferSize);
+    return opened;
 }
 
 void CKSLDBWriter::Close() {
@@ -70,6 +73,14 @@ void CKSLDBWriter::PutLine(CString const& line) {
 
 void CKSLDBWriter::PutLine(char const* line) {
     if (m_pFile) m_pFile->WriteLine(line);
+}
+
+void CKSLDBWriter::PutLine(CLineText& line, bool removeLineFeeds) {
+    // Line feeds inside a record would split it; message lines, structure
+    // headers and structure-kind field lines have them taken out.
+    if (removeLineFeeds) line.RemoveLineFeeds();
+    line.EndLine();
+    if (m_pFile) m_pFile->WriteBytes(line.GetData(), line.GetLength());
 }
 
 void CKSLDBWriter::WriteDB() {
@@ -102,19 +113,18 @@ void CKSLDBWriter::WriteSection(char const* keyword, void (CStorage::*print)()) 
 }
 
 void CKSLDBWriter::WriteMessage(stMessage const& message, int32_t isCommand, bool wrap) {
-    CString line;
+    CLineText& line = m_Line;
     line.Format(dbtexts::kMessageHead, message.m_nLeadingNumber, message.m_nID, isCommand, message.m_nTrailingNumber,
-                message.m_strCat1.GetData(), message.m_strCat2.GetData(), message.m_strCat3.GetData());
+                message.m_strCat1, message.m_strCat2, message.m_strCat3);
     if (wrap) {
         bool structPrint = message.m_strFormat.Find(dbtexts::kStructPrintMark) >= 0;
-        line += structPrint ? dbtexts::kWrapStructPrintf : dbtexts::kWrapPrintf;
-        line += message.m_strFormat;
-        line += dbtexts::kWrapClose;
+        line.Append(structPrint ? dbtexts::kWrapStructPrintf : dbtexts::kWrapPrintf);
+        line.Append(message.m_strFormat);
+        line.Append(dbtexts::kWrapClose);
     } else {
-        line += message.m_strFormat;
+        line.Append(message.m_strFormat);
     }
-    RemoveLineFeeds(line);
-    PutLine(line);
+    PutLine(line, true);
 }
 
 void CKSLDBWriter::WriteCommand(stCommand const& command) { WriteMessage(command, 1, false); }
@@ -122,32 +132,27 @@ void CKSLDBWriter::WriteCommand(stCommand const& command) { WriteMessage(command
 void CKSLDBWriter::WriteReport(stReport const& report) { WriteMessage(report, 0, report.m_bWrap); }
 
 void CKSLDBWriter::WriteMonitor(stMonitor const& monitor) {
-    CString line;
-    line.Format(dbtexts::kMonitorLine, monitor.m_nNumber, monitor.m_strName.GetData(), monitor.m_strSecond.GetData(),
-                monitor.m_strThird.GetData(), monitor.m_nFlag ? 1 : 0);
-    PutLine(line);
+    m_Line.Format(dbtexts::kMonitorLine, monitor.m_nNumber, monitor.m_strName, monitor.m_strSecond,
+                  monitor.m_strThird, monitor.m_nFlag ? 1 : 0);
+    PutLine(m_Line);
 }
 
 void CKSLDBWriter::WriteParameter(CString const& name, CString const& value) {
-    CString line;
-    line.Format(dbtexts::kParameterLine, name.GetData(), value.GetData());
-    PutLine(line);
+    m_Line.Format(dbtexts::kParameterLine, name, value);
+    PutLine(m_Line);
 }
 
 // Whatever parameters a loaded database named, exactly one is written back.
 void CKSLDBWriter::WriteParameters() { WriteParameter(dbtexts::kOsTypeName, dbtexts::kOsTypeValue); }
 
 void CKSLDBWriter::WriteStruct(stStruct const& record, CString const& name) {
-    CString line;
     if (record.m_strDependency.IsEmpty()) {
-        line.Format(dbtexts::kStructHeader, name.GetData(), record.m_nFlag, record.m_strInfo.GetData(),
-                    record.m_strDescription.GetData());
+        m_Line.Format(dbtexts::kStructHeader, name, record.m_nFlag, record.m_strInfo, record.m_strDescription);
     } else {
-        line.Format(dbtexts::kStructHeaderWithDependency, name.GetData(), record.m_nFlag, record.m_strInfo.GetData(),
-                    record.m_strDescription.GetData(), record.m_strDependency.GetData());
+        m_Line.Format(dbtexts::kStructHeaderWithDependency, name, record.m_nFlag, record.m_strInfo,
+                      record.m_strDescription, record.m_strDependency);
     }
-    RemoveLineFeeds(line);
-    PutLine(line);
+    PutLine(m_Line, true);
     void* pos = record.GetFirstFieldPosition();
     while (stStructVar const* field = record.GetNextField(pos)) {
         WriteStructVar(field, name, record.m_nFlag, record.m_strInfo);
@@ -161,20 +166,18 @@ int CKSLDBWriter::WriteStructVar(stStructVar const* field, CString const& struct
     if (ofStruct && !KnownType(*field, false)) return 0;
     CString tag = TagText(*field);
     bool ofEnum = field->m_nKind == KIND_ENUM;
-    CString kindText = ofEnum ? CString(dbtexts::kKindEnum) : field->m_strType;
-    CString typeText = ofEnum ? field->m_strType : field->m_strTypeText;
+    char const* kindText = ofEnum ? dbtexts::kKindEnum : field->m_strType.GetData();
+    char const* typeText = ofEnum ? field->m_strType.GetData() : field->m_strTypeText.GetData();
     int32_t lines = ValueLines(*field);
     for (int32_t i = 0; i < lines; ++i) {
-        CString line;
         if (ofStruct) {
-            line.Format(dbtexts::kStructFieldOfStruct, field->m_strType.GetData(), structName.GetData(),
-                        field->m_strName.GetData(), field->m_nDim[i], flag, info.GetData(), tag.GetData());
-            RemoveLineFeeds(line);
+            m_Line.Format(dbtexts::kStructFieldOfStruct, field->m_strType, structName, field->m_strName,
+                          field->m_nDim[i], flag, info, tag);
         } else {
-            line.Format(dbtexts::kStructField, structName.GetData(), field->m_strName.GetData(), kindText.GetData(),
-                        typeText.GetData(), field->m_nDim[i], flag, info.GetData(), tag.GetData());
+            m_Line.Format(dbtexts::kStructField, structName, field->m_strName, kindText, typeText, field->m_nDim[i],
+                          flag, info, tag);
         }
-        PutLine(line);
+        PutLine(m_Line, ofStruct);
     }
     return 1;
 }
@@ -195,19 +198,17 @@ bool CKSLDBWriter::KnownType(stStructVar const& field, bool signalAllowed) {
 
 void CKSLDBWriter::WriteEnumTitle(stEnum const& record) {
     if (record.m_strName.IsEmpty() || !record.m_bHasTitle) return;
-    CString line;
-    line.Format(dbtexts::kEnumTitleLine, record.m_strName.GetData(), record.m_bFlag ? 1 : 0,
-                record.m_strTitle.GetData(), record.m_strDescription.GetData());
-    PutLine(line);
+    m_Line.Format(dbtexts::kEnumTitleLine, record.m_strName, record.m_bFlag ? 1 : 0, record.m_strTitle,
+                  record.m_strDescription);
+    PutLine(m_Line);
 }
 
 void CKSLDBWriter::WriteEnum(stEnum const& record, CString const& name) {
-    CString enumerator, description, line;
-    int32_t value = 0;
-    void* pos = record.GetFirstFieldPosition();
-    while (record.GetNextField(enumerator, value, description, pos)) {
-        line.Format(dbtexts::kEnumeratorLine, name.GetData(), enumerator.GetData(), value, description.GetData());
-        PutLine(line);
+    for (uint32_t i = 0; i < record.m_Fields.GetSize(); ++i) {
+        stEnumVar const& enumerator = record.m_Fields.GetAt(i);
+        m_Line.Format(dbtexts::kEnumeratorLine, name, enumerator.m_strName, enumerator.m_nValue,
+                      enumerator.m_strDescription);
+        PutLine(m_Line);
     }
 }
 
@@ -221,40 +222,35 @@ int CKSLDBWriter::WriteUnionVar(stStructVar const* member, CString const& unionN
     if (member->m_nKind == KIND_STRUCT && !KnownType(*member, true)) return 0;
     // The type text comes before the kind text on a union line, the reverse of
     // a structure field line; readers of the file expect exactly this order.
-    CString kindText, typeText;
+    char const* kindText = nullptr;
+    char const* typeText = member->m_strTypeText.GetData();
     switch (member->m_nKind) {
         case KIND_ENUM:
             kindText = dbtexts::kKindEnum;
-            typeText = member->m_strType;
+            typeText = member->m_strType.GetData();
             break;
         case KIND_POINTER:
             kindText = dbtexts::kKindPointer;
-            typeText = member->m_strTypeText;
             break;
         case KIND_STRUCT:
         case KIND_UNION:
-            kindText = member->m_strType;
-            typeText = member->m_strTypeText;
+            kindText = member->m_strType.GetData();
             break;
         default:  // primitive, and any code the file format has no word for
             kindText = dbtexts::kKindPrimitive;
-            typeText = member->m_strTypeText;
             break;
     }
     int32_t lines = ValueLines(*member);
     for (int32_t i = 0; i < lines; ++i) {
-        CString line;
-        line.Format(dbtexts::kUnionMemberLine, unionName.GetData(), member->m_strName.GetData(), typeText.GetData(),
-                    kindText.GetData(), member->m_nDim[i]);
-        PutLine(line);
+        m_Line.Format(dbtexts::kUnionMemberLine, unionName, member->m_strName, typeText, kindText, member->m_nDim[i]);
+        PutLine(m_Line);
     }
     return 1;
 }
 
 void CKSLDBWriter::WriteSignal(CString const& name, CList<stSignalVar*> const& members) {
-    CString line;
-    line.Format(dbtexts::kSignalHeader, name.GetData());
-    PutLine(line);
+    m_Line.Format(dbtexts::kSignalHeader, name);
+    PutLine(m_Line);
     void* pos = members.GetHeadPosition();
     while (pos) {
         stSignalVar const* member = members.GetNext(pos);
@@ -263,44 +259,39 @@ void CKSLDBWriter::WriteSignal(CString const& name, CList<stSignalVar*> const& m
 }
 
 void CKSLDBWriter::WriteSignalVar(CString const& signalName, stSignalVar const& member) {
-    CString line;
     if (member.m_nType == SIGVAR_STRUCT) {
         bool isSignal = m_pStorage && m_pStorage->FindSignalByName(member.m_strTypeName);
         if (isSignal) {
-            line.Format(dbtexts::kSignalMemberOfSignal, member.m_strName.GetData(), signalName.GetData(),
-                        member.m_nCount, member.m_strTypeName.GetData());
+            m_Line.Format(dbtexts::kSignalMemberOfSignal, member.m_strName, signalName, member.m_nCount,
+                          member.m_strTypeName);
         } else {
-            line.Format(dbtexts::kSignalMemberUnknown, signalName.GetData(), member.m_strTypeName.GetData(),
-                        member.m_nCount, member.m_strName.GetData());
+            m_Line.Format(dbtexts::kSignalMemberUnknown, signalName, member.m_strTypeName, member.m_nCount,
+                          member.m_strName);
         }
-        PutLine(line);
+        PutLine(m_Line);
         return;
     }
     char const* word = SignalVarWord(member.m_nType);
-    line.Format(dbtexts::kSignalMember, signalName.GetData(), member.m_strTypeName.GetData(), word, member.m_nCount,
-                member.m_strName.GetData());
-    PutLine(line);
+    m_Line.Format(dbtexts::kSignalMember, signalName, member.m_strTypeName, word, member.m_nCount, member.m_strName);
+    PutLine(m_Line);
     for (uint32_t i = 0; i < member.m_Values.GetSize(); ++i) {
-        line.Format(dbtexts::kSignalMember, signalName.GetData(), member.m_strTypeName.GetData(), word,
-                    static_cast<int32_t>(member.m_Values.GetAt(i)), member.m_strName.GetData());
-        PutLine(line);
+        m_Line.Format(dbtexts::kSignalMember, signalName, member.m_strTypeName, word,
+                      static_cast<int32_t>(member.m_Values.GetAt(i)), member.m_strName);
+        PutLine(m_Line);
     }
 }
 
 void CKSLDBWriter::WriteSignalTable(CString const& memberName, int32_t value) {
-    CString line;
-    line.Format(dbtexts::kSignalTableLine, memberName.GetData(), value);
-    PutLine(line);
+    m_Line.Format(dbtexts::kSignalTableLine, memberName, value);
+    PutLine(m_Line);
 }
 
 void CKSLDBWriter::WriteGroup(stGroup const& group) {
-    CString line;
-    line.Format(dbtexts::kGroupLine, group.m_strName.GetData(), group.m_nBaseValue);
-    PutLine(line);
+    m_Line.Format(dbtexts::kGroupLine, group.m_strName, group.m_nBaseValue);
+    PutLine(m_Line);
 }
 
 void CKSLDBWriter::WriteUnionIdentifier(CString const& first, CString const& second) {
-    CString line;
-    line.Format(dbtexts::kUnionIdentifierLine, first.GetData(), second.GetData());
-    PutLine(line);
+    m_Line.Format(dbtexts::kUnionIdentifierLine, first, second);
+    PutLine(m_Line);
 }

@@ -9,6 +9,7 @@
 #include "CFile.h"
 #include "CString.h"
 #include "Collections.h"
+#include "LineText.h"
 #include "RecordWriter.h"
 #include "Records.h"
 #include "RunContext.h"
@@ -56,10 +57,14 @@ private:
     // One line and its line feed; nothing before Open.
     void PutLine(CString const& line);
     void PutLine(char const* line);
+    // The line built in line, then its line feed, written in one piece.
+    void PutLine(CLineText& line, bool removeLineFeeds = false);
     // The keyword, the store's print routine for the section, "<end>".
     void WriteSection(char const* keyword, void (CStorage::*print)());
     // Whether a structure-kind field's type is in the store (as a signal when
     // signalAllowed and the field's signal flag are set); sets m_strLastError if not.
     bool KnownType(stStructVar const& field, bool signalAllowed);
     void WriteSignalVar(CString const& signalName, stSignalVar const& member);
+
+    CLineText m_Line;  // reused for every record line
 };
