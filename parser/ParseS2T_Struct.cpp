@@ -17,12 +17,15 @@
 //                | word                                               through the typedef map
 //   declarators := [ declarator { "," declarator } ]
 //   declarator  := { "*" } { word | "(" | ")" | "*" } { "[" size "]" } [ ":" width ]
-// The name is the last word before "[", ":", "," or ";"; parentheses are
-// skipped and a "," inside them does not end the declarator. Each "*" before
-// the first word adds a "p" to the name's prefix ("**x" gives "pp_x"). When the
-// type is primitive and a "*" follows the type word on its line, a declarator
-// with a "*" (or one that ends with ")", a function pointer) becomes an
-// "unsigned short" field named "p_x" (or "FuncPtr_n") with pointed kind int.
+// Only "unsigned" and "signed" gather keywords: in "short int x" the type is
+// "short" and "int x" the declarator. The name is the last word before "[",
+// ":", "," or ";" (":" standing alone; "a:4" is a word); parentheses are
+// skipped. Each "*" before the first word adds a "p" to the name's prefix
+// ("**x" gives "pp_x"). When the type is primitive and a "*" follows the type
+// word on its line, the declarators become "unsigned short" fields named
+// "p_x" (or "FuncPtr_n" for one that ends with ")") with pointed kind int; a
+// "," inside their parentheses does not end them. A union field is a pointer
+// when a "*" follows "union" on its line.
 // A declaration with no declarator adds a field only after a nested body (an
 // anonymous member: empty name, the nested type). A "}" inside a statement
 // ends the body with a warning; the end of the file ends the structure.
