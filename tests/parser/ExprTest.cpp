@@ -143,3 +143,27 @@ TEST(CParseS2TExpr, EnumeratorLookUpFollowsEnumerationsAsTheyAreBuilt) {
     static_cast<CDefines*>(last->m_lstValues.GetTail())->m_nValue = 30;
     check("newest changed");
 }
+
+TEST(CParseS2TExpr, MacroLineIsCutAtItsFirstComment) {
+    // The line after a block comment's closing line is read raw, comments and
+    // all: the macro body is cut at "//", or at a "/*" that is never closed.
+    struct Row {
+        char const* line;
+        int32_t value;
+        char const* after;  // the tokens the cut leaves behind
+    } const rows[] = {
+        {"#define X 5 // note", 5, "/ note"},
+        {"#define X 5 /* note", 5, "* note"},
+        {"#define X 5 /* n */ + 1", 6, ""},
+        {"#define X 2 /* a */ * 3 // c", 2, "* a * / * 3"},  // a "//" left in front skips to the next line
+        {"#define X 1 << 4 // c", 4, "/ c"},
+    };
+    for (auto const& row : rows) {
+        FrontEndHarness h(std::string("OMRA EXPORTED STRUCT\ntypedef struct /*\n*/\n") + row.line + "\nY");
+        h.P().m_bExportedOnly = true;
+        std::string tokens = h.Parse();
+        EXPECT_EQ(row.value, h.P().FindDefVal("X")) << row.line;
+        std::string const lead = "OMRA EXPORTED STRUCT typedef struct ";
+        EXPECT_EQ(lead + (*row.after ? std::string(row.after) + " " : "") + "Y", tokens) << row.line;
+    }
+}
