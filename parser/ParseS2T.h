@@ -330,8 +330,8 @@ public:
     void FinishStruct(CFile* file, CStruct* parsed, bool typedefForm, CStruct* earlier);
     void ReadFurtherStructNames(CFile* file, CStruct* parsed);
     void SkipRestOfLine(CFile* file);
-    struct SLineView;
-    SLineView RestOfLine();
+    // A ";" or "{" in the rest of the current line.
+    bool RestEndsStatement();
     SLookAhead SaveLookAhead(CFile* file);
     void RestoreLookAhead(CFile* file, SLookAhead const& saved);
     // Union bodies (ParseS2T_Union.cpp).

@@ -57,13 +57,6 @@ struct CParseS2T::SStructBody {
     bool endOfFile = false;
 };
 
-// The rest of the current line, seen in place.
-struct CParseS2T::SLineView {
-    char const* text = nullptr;
-    int32_t length = 0;
-    int32_t statementEnd = -1;  // the first ";" or "{", or -1
-};
-
 // The reader's place, kept across a look-ahead.
 struct CParseS2T::SLookAhead {
     int64_t position = 0;
@@ -84,28 +77,6 @@ struct CParseS2T::SDeclarator {
 };
 
 namespace {
-
-int32_t FindIn(char const* text, int32_t length, char c) {
-    void const* found = length > 0 ? std::memchr(text, c, static_cast<size_t>(length)) : nullptr;
-    return found ? static_cast<int32_t>(static_cast<char const*>(found) - text) : -1;
-}
-
-int32_t ReverseFindIn(char const* text, int32_t length, char c) {
-    for (int32_t i = length - 1; i >= 0; --i) {
-        if (text[i] == c) return i;
-    }
-    return -1;
-}
-
-// A "*" on the line makes a pointer unless it multiplies inside an array size
-// or opens a comment.
-bool LineMakesPointer(char const* text, int32_t length) {
-    int32_t star = FindIn(text, length, '*');
-    if (star < 0) return false;
-    int32_t open = FindIn(text, star, '[');
-    if (open >= 0 && ReverseFindIn(text, length, ']') > star) return false;
-    return !(star > 0 && text[star - 1] == '/');
-}
 
 // Where the first ";" or "{" of the text stands, or -1.
 int32_t StatementEnd(char const* text, int32_t length) {
@@ -474,28 +445,19 @@ void CParseS2T::SkipBody(CFile* file) {
 }
 
 // ---- look-ahead
+// The look-aheads judge the whole rest of the current line, however long: the
+// lexer's searches of the rest (RestFind) keep their answers, so a header
+// written on one huge line is still read in linear time.
 
 // Whether the statement being read holds a "*" of its own: one before the
 // first ";" of the rest of the line, or a statement that goes on below.
 bool CParseS2T::StatementHoldsStar() {
-    SLineView view = RestOfLine();
-    int32_t end = view.statementEnd < 0 ? -1 : FindIn(view.text, view.length, ';');
-    return end < 0 || FindIn(view.text, end, '*') >= 0;
+    int32_t semicolon = RestFind(';');
+    int32_t star = RestFind('*');
+    return semicolon < 0 || (star >= 0 && star < semicolon);
 }
 
-// The rest of the current line as the lexer holds it, read in place. The two
-// look-aheads judge the whole rest of an ordinary line; on a rest longer than
-// the lexer keeps exact they judge it up to the end of the current statement,
-// so that a header written on one huge line is still read in linear time.
-CParseS2T::SLineView CParseS2T::RestOfLine() {
-    CheckLinePos();
-    SLineView view;
-    view.text = m_strLine.GetData() + m_nLinePos;
-    view.length = m_strLine.GetLength() - m_nLinePos;
-    view.statementEnd = StatementEnd(view.text, view.length);
-    if (view.length > kExactLineLimit && view.statementEnd >= 0) view.length = view.statementEnd + 1;
-    return view;
-}
+bool CParseS2T::RestEndsStatement() { return RestFind(';') >= 0 || RestFind('{') >= 0; }
 
 CParseS2T::SLookAhead CParseS2T::SaveLookAhead(CFile* file) {
     SLookAhead saved;
@@ -512,9 +474,8 @@ void CParseS2T::RestoreLookAhead(CFile* file, SLookAhead const& saved) {
 }
 
 bool CParseS2T::IsPointer(CFile* file) {
-    SLineView view = RestOfLine();
-    bool pointer = LineMakesPointer(view.text, view.length);
-    if (pointer || view.statementEnd >= 0) return pointer;
+    bool pointer = RestMakesPointer();
+    if (pointer || RestEndsStatement()) return pointer;
     // The statement goes on below: read on until a line holds ";" or "{".
     SLookAhead saved = SaveLookAhead(file);
     for (bool more = true; more && !pointer && ReadLine(file, 0);) {
@@ -530,8 +491,11 @@ bool CParseS2T::IsPointer(CFile* file) {
 // IsStructDeclaration it does not take the body of a later statement on the
 // same line ("struct X x; struct { int a; } y;") for one of this statement.
 bool CParseS2T::BodyFollows(CFile* file) {
-    SLineView view = RestOfLine();
-    if (view.statementEnd >= 0) return view.text[view.statementEnd] == '{';
+    if (RestEndsStatement()) {
+        int32_t semicolon = RestFind(';');
+        int32_t brace = RestFind('{');
+        return brace >= 0 && (semicolon < 0 || brace < semicolon);
+    }
     SLookAhead saved = SaveLookAhead(file);
     bool body = false;
     for (bool more = true; more && ReadLine(file, 0);) {
@@ -545,8 +509,7 @@ bool CParseS2T::BodyFollows(CFile* file) {
 }
 
 bool CParseS2T::IsStructDeclaration(CFile* file) {
-    SLineView view = RestOfLine();
-    if (view.statementEnd >= 0) return FindIn(view.text, view.length, '{') >= 0;
+    if (RestEndsStatement()) return RestFind('{') >= 0;
     SLookAhead saved = SaveLookAhead(file);
     bool body = false;
     for (bool more = true; more && ReadLine(file, 0);) {
