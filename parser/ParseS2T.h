@@ -315,9 +315,18 @@ public:
     void ReadFieldStatement(CFile* file, SStructBody& body, CString token);
     void ClassifyTypeWord(CFile* file, CString const& word, SFieldType& type, CString& pending);
     bool ReadAggregateType(CFile* file, SStructBody& body, bool isUnion, SFieldType& type, CString& pending);
-    bool ReadAggregateTypeWord(CFile* file, SStructBody& body, bool isUnion, SFieldType& type, CString& pending);
+    bool ReadAggregateTypeWord(CFile* file, SStructBody& body, bool isUnion, bool bodyFollows, SFieldType& type,
+                               CString& pending);
     // Whether the first ";" or "{" from the reader's place on is a "{".
     bool BodyFollows(CFile* file);
+    // What IsPointer, IsStructDeclaration and BodyFollows answer, from one
+    // reading of the lines ahead.
+    struct SStatementAhead {
+        bool pointer = false;
+        bool braceOnLine = false;  // the line that ends the search holds a "{"
+        bool braceFirst = false;   // its first ";" or "{" is a "{"
+    };
+    SStatementAhead LookAheadStatement(CFile* file);
     bool StatementHoldsStar();
     bool ReadEnumFieldType(CFile* file, SStructBody& body, SFieldType& type, CString& pending);
     void ReadDeclarators(CFile* file, SStructBody& body, SFieldType const& type, CString token);

@@ -190,37 +190,36 @@ void CParseS2T::ReadFieldStatement(CFile* file, SStructBody& body, CString token
 }
 
 void CParseS2T::ClassifyTypeWord(CFile* file, CString const& word, SFieldType& type, CString& pending) {
-    // The look-ahead for a "*" is made right after the first type word; it only
-    // matters for primitive types, so it is skipped for the others.
-    CString first = ResolveTypeAlias(word);
-    bool readsPast = first == kUnsigned || first == kSigned;
-    bool pointer = readsPast && IsPointer(file);
+    // The look-ahead for a "*" is made right after the first type word, for
+    // every field: its answer only matters for primitive types, but the lines
+    // it reads count for the progress display.
+    bool pointer = IsPointer(file);
     type.type = NormaliseTypeName(ResolveFieldType(file, word, pending));
     type.kind = SelectFieldKind(type.type);
     type.pointedKind = type.kind;
     bool primitive = type.kind == FIELD_INT || type.kind == FIELD_CHAR;
-    if (!readsPast && primitive) pointer = IsPointer(file);
     type.primitivePointer = pointer && primitive;
     if (type.primitivePointer) type.ownStar = StatementHoldsStar();
 }
 
 bool CParseS2T::ReadAggregateType(CFile* file, SStructBody& body, bool isUnion, SFieldType& type,
                                   CString& pending) {
+    if (!isUnion) return ReadAggregateTypeWord(file, body, false, BodyFollows(file), type, pending);
     // A union field asks for a "*" before anything of it is read; when the
     // statement shows one, the field points at the union whatever its
-    // declarators carry.
-    bool unionPointer = isUnion && IsPointer(file);
-    bool ok = ReadAggregateTypeWord(file, body, isUnion, type, pending);
-    if (unionPointer) {
+    // declarators carry. The same reading of the lines tells whether a body follows.
+    SStatementAhead ahead = LookAheadStatement(file);
+    bool ok = ReadAggregateTypeWord(file, body, true, ahead.braceFirst, type, pending);
+    if (ahead.pointer) {
         type.kind = FIELD_POINTER;
         type.pointedKind = FIELD_UNION;
     }
     return ok;
 }
 
-bool CParseS2T::ReadAggregateTypeWord(CFile* file, SStructBody& body, bool isUnion, SFieldType& type,
-                                      CString& pending) {
-    if (BodyFollows(file)) {
+bool CParseS2T::ReadAggregateTypeWord(CFile* file, SStructBody& body, bool isUnion, bool bodyFollows,
+                                      SFieldType& type, CString& pending) {
+    if (bodyFollows) {
         CString name;
         if (isUnion) {
             CUnion* nested = DoUnion(file, 1, false);
@@ -473,53 +472,43 @@ void CParseS2T::RestoreLookAhead(CFile* file, SLookAhead const& saved) {
     CurrentLine() = saved.line;
 }
 
-bool CParseS2T::IsPointer(CFile* file) {
-    bool pointer = RestMakesPointer();
-    if (pointer || RestEndsStatement()) return pointer;
-    // The statement goes on below: read on until a line holds ";" or "{".
+// One look-ahead over the rest of the statement, as IsPointer and
+// IsStructDeclaration make it: from the rest of the current line on, lines are
+// read until one holds ";" or "{" (or the file ends), and the reader is put
+// back. The lines read count for the progress display each time, so every
+// test reads them afresh rather than keep an earlier answer.
+CParseS2T::SStatementAhead CParseS2T::LookAheadStatement(CFile* file) {
+    SStatementAhead ahead;
+    ahead.pointer = RestMakesPointer();
+    if (RestEndsStatement()) {
+        int32_t semicolon = RestFind(';');
+        int32_t brace = RestFind('{');
+        ahead.braceOnLine = brace >= 0;
+        ahead.braceFirst = brace >= 0 && (semicolon < 0 || brace < semicolon);
+        return ahead;
+    }
     SLookAhead saved = SaveLookAhead(file);
-    for (bool more = true; more && !pointer && ReadLine(file, 0);) {
+    while (ReadLine(file, 0)) {
         CString const& line = CurrentLine();
-        pointer = line.Find('*') >= 0;
-        more = line.Find(';') < 0 && line.Find('{') < 0;
+        if (line.Find('*') >= 0) ahead.pointer = true;
+        int32_t end = StatementEnd(line.GetData(), line.GetLength());
+        if (end < 0) continue;
+        ahead.braceOnLine = line.Find('{') >= 0;
+        ahead.braceFirst = line.GetAt(end) == '{';
+        break;
     }
     RestoreLookAhead(file, saved);
-    return pointer;
+    return ahead;
 }
+
+bool CParseS2T::IsPointer(CFile* file) { return LookAheadStatement(file).pointer; }
+
+bool CParseS2T::IsStructDeclaration(CFile* file) { return LookAheadStatement(file).braceOnLine; }
 
 // Whether a body follows: the first ";" or "{" from here on is a "{". Unlike
 // IsStructDeclaration it does not take the body of a later statement on the
 // same line ("struct X x; struct { int a; } y;") for one of this statement.
-bool CParseS2T::BodyFollows(CFile* file) {
-    if (RestEndsStatement()) {
-        int32_t semicolon = RestFind(';');
-        int32_t brace = RestFind('{');
-        return brace >= 0 && (semicolon < 0 || brace < semicolon);
-    }
-    SLookAhead saved = SaveLookAhead(file);
-    bool body = false;
-    for (bool more = true; more && ReadLine(file, 0);) {
-        CString const& line = CurrentLine();
-        int32_t end = StatementEnd(line.GetData(), line.GetLength());
-        body = end >= 0 && line.GetAt(end) == '{';
-        more = end < 0;
-    }
-    RestoreLookAhead(file, saved);
-    return body;
-}
-
-bool CParseS2T::IsStructDeclaration(CFile* file) {
-    if (RestEndsStatement()) return RestFind('{') >= 0;
-    SLookAhead saved = SaveLookAhead(file);
-    bool body = false;
-    for (bool more = true; more && ReadLine(file, 0);) {
-        CString const& line = CurrentLine();
-        body = line.Find('{') >= 0;
-        more = !body && line.Find(';') < 0;
-    }
-    RestoreLookAhead(file, saved);
-    return body;
-}
+bool CParseS2T::BodyFollows(CFile* file) { return LookAheadStatement(file).braceFirst; }
 
 // ---- generated names
 

@@ -118,8 +118,11 @@ int32_t CParseS2T::PointedKindOf(CString const& word) {
 
 void CParseS2T::ClassifyAggregateMember(CFile* file, bool isUnion, SMemberType& type, CString& pending) {
     type.kind = isUnion ? FIELD_UNION : FIELD_STRUCT;
-    // A body that follows is read whether or not a "*" comes after it: the
-    // declarators after the closing brace carry their own stars.
+    // A structure member asks for a "*" first; the lines that look-ahead reads
+    // count for the progress display, so it is made though its answer is not
+    // needed: a body that follows is read whether or not a "*" comes after
+    // it, since the declarators after the closing brace carry their own stars.
+    if (!isUnion) IsPointer(file);
     if (BodyFollows(file)) {
         CObject* nested = nullptr;
         if (isUnion) {

@@ -175,6 +175,26 @@ TEST(CParseS2T_Struct, LookAheadsRestoreTheReader) {
     EXPECT_TRUE(parser.IsStructDeclaration(&file));
 }
 
+TEST(CParseS2T_Struct, LookAheadLinesCountForProgress) {
+    // Each look-ahead reads on to the line that holds ";" or "{", past a "*"
+    // already seen, and those lines are counted again when read for real; a
+    // union field looks ahead once for its "*" and its body.
+    struct Row {
+        char const* header;
+        int32_t lines;
+    } const rows[] = {
+        {"struct S {\n  char\n  *\n  p;\n};\n", 5 + 2},
+        {"struct S {\n  union\n  {\n    long a;\n  } u;\n};\n", 6 + 1},
+        {"struct S {\n  Other\n  o;\n};\n", 4 + 1},
+        {"struct S {\n  char c; long n;\n};\n", 3},
+    };
+    for (Row const& row : rows) {
+        Harness h;
+        h.Parse(row.header);
+        EXPECT_EQ(row.lines, h.Parser().m_nProgressLines) << row.header;
+    }
+}
+
 TEST(CParseS2T_Struct, LookAheadsStopAtEndOfFile) {
     Harness h;
     h.Parse("");
