@@ -68,7 +68,8 @@ struct CParseS2T::SLookAhead {
 struct CParseS2T::SDeclarator {
     CString name;
     CString lastToken;
-    int32_t stars = 0;
+    int32_t stars = 0;  // the leading ones
+    bool starSeen = false;
     int32_t dims = 0;
     bool wordSeen = false;
     bool done = false;  // its field was made (and possibly folded into a bit-field holder)
@@ -302,6 +303,7 @@ void CParseS2T::ReadDeclarator(CFile* file, SStructBody& body, SFieldType const&
             if (depth > 0) --depth;
         } else if (token == "*") {
             if (!declarator.wordSeen) ++declarator.stars;
+            declarator.starSeen = true;
         } else if (!declarator.field && !declarator.done) {
             declarator.name = token;
             declarator.wordSeen = true;
@@ -319,7 +321,7 @@ void CParseS2T::CreateField(SStructBody& body, SFieldType const& type, SDeclarat
     // pointers and plain fields ("char *text, buffer[8];") and each declarator
     // decides by its own stars; otherwise the "*" stands in a later statement
     // of the line, and every declarator is a pointer all the same.
-    bool starred = declarator.stars > 0 || functionPointer || !type.ownStar;
+    bool starred = declarator.starSeen || functionPointer || !type.ownStar;
     if (declarator.primitivePointer && starred) {
         field->m_strType = kPointerType;
         field->m_nType = FIELD_POINTER;

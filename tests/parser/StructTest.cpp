@@ -37,8 +37,10 @@ TEST(CParseS2T_Struct, DoStructDeclaratorsAndPointers) {
          "struct S tag=S: p_a ptr(int) unsigned short; p_b ptr(int) unsigned short; "
          "p_n ptr(int) unsigned short [2]; p_p ptr(int) unsigned short\nstruct T tag=T: p_s ptr(struct) S; v int long\n",
          "a * further on the line makes every earlier primitive field of it a pointer, not a structure field"},
-        {"struct S { char **pp; void *v; };", "struct S tag=S: p_pp ptr(int) unsigned short; p_v ptr(int) unsigned short\n",
-         "one p_ for a primitive pointer whatever the stars"},
+        {"struct S { char **pp; void *v; char const *c, d; };",
+         "struct S tag=S: p_pp ptr(int) unsigned short; p_v ptr(int) unsigned short; p_c ptr(int) unsigned short; "
+         "d char char\n",
+         "one p_ for a primitive pointer whatever the stars, wherever they stand"},
         {"struct T { int x; };\nstruct S { struct T *t; T **tt; T u; };",
          "struct T tag=T: x int long\nstruct S tag=S: p_t ptr(struct) T; pp_tt ptr(struct) T; u struct T\n",
          "pointers to a structure keep its kind and count their stars"},
