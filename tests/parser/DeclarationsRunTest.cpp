@@ -60,6 +60,18 @@ TEST(DeclarationsRun, UnionMembersAndNames) {
     for (RunRow const& row : rows) EXPECT_EQ(row.expected, DeclarationSections(row.header)) << row.reason;
 }
 
+TEST(DeclarationsRun, NestedNamesAndReplacedTags) {
+    RunRow const rows[] = {
+        {"typedef struct T {\n  struct {\n    long x;\n  } in;\n  union {\n    struct { char c; } s;\n    long w;\n"
+         "  } u;\n} A, B, C;\nstruct T {\n  long y;\n};\n",
+         "<end>\nUnions\nksGenUnion_0,s,struct,ksGenUnion_1_ksTag_1,1,0\nksGenUnion_0,w,long,primitive,1,0\n<end>\n"
+         "Signals\nksTag_0,,,,1,\nksTag_0,,long,int,1,x\nksGenUnion_1_ksTag_1,,,,1,\nksGenUnion_1_ksTag_1,,char,char,1,c\n"
+         "T,,,,1,\nT,,long,int,1,y\nC,,,,1,\nC,,long,int,1,y\nB,,,,1,\nB,,long,int,1,y\n<end>\n",
+         "generated and prefixed names; the later T takes the further names, which stand reversed"},
+    };
+    for (RunRow const& row : rows) EXPECT_EQ(row.expected, DeclarationSections(row.header)) << row.reason;
+}
+
 TEST(DeclarationsRun, EnumerationEndingTheFile) {
     RunRow const rows[] = {
         {"enum E { A, B }", ",A,0,\n,B,1,\n<end>\nUnions\n<end>\nSignals\n<end>\n",
