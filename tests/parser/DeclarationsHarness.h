@@ -7,8 +7,11 @@
 //   group DIAG=256
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <memory>
 #include <string>
+#include <type_traits>
 
 #include "CString.h"
 #include "ParseS2T.h"
@@ -52,30 +55,29 @@ inline std::string DumpEnum(CEnum* parsed) {
     return out;
 }
 
-inline std::string DumpStruct(CStruct* parsed) {
-    std::string out = "struct " + Text(parsed->m_strName) + " tag=" + Text(parsed->m_strTag) + Names(parsed->m_lstNames) + ":";
-    bool first = true;
-    for (void* pos = parsed->m_lstVars.GetHeadPosition(); pos;) {
-        CStructVar* field = static_cast<CStructVar*>(parsed->m_lstVars.GetNext(pos));
-        out += first ? " " : "; ";
-        first = false;
-        out += Field(field->m_strName, field->m_nType, field->m_nPointedType, field->m_strType, field->m_nArraySize);
-        for (uint32_t i = 0; i < field->m_arrDims.GetSize(); ++i) out += "[" + std::to_string(field->m_arrDims.GetAt(i)) + "]";
-        if (field->m_nBitCount) out += " bits=" + std::to_string(field->m_nBitCount);
+// The members of a structure or union, "; " between them.
+template <typename Var, typename List>
+std::string Members(List const& vars) {
+    std::string out;
+    for (void* pos = vars.GetHeadPosition(); pos;) {
+        Var* field = static_cast<Var*>(vars.GetNext(pos));
+        out += (out.empty() ? " " : "; ") +
+               Field(field->m_strName, field->m_nType, field->m_nPointedType, field->m_strType, field->m_nArraySize);
+        if constexpr (std::is_same_v<Var, CStructVar>) {
+            for (uint32_t i = 0; i < field->m_arrDims.GetSize(); ++i) out += "[" + std::to_string(field->m_arrDims.GetAt(i)) + "]";
+            if (field->m_nBitCount) out += " bits=" + std::to_string(field->m_nBitCount);
+        }
     }
     return out;
 }
 
+inline std::string DumpStruct(CStruct* parsed) {
+    return "struct " + Text(parsed->m_strName) + " tag=" + Text(parsed->m_strTag) + Names(parsed->m_lstNames) + ":" +
+           Members<CStructVar>(parsed->m_lstVars);
+}
+
 inline std::string DumpUnion(CUnion* parsed) {
-    std::string out = "union " + Text(parsed->m_strName) + ":";
-    bool first = true;
-    for (void* pos = parsed->m_lstVars.GetHeadPosition(); pos;) {
-        CUnionVar* member = parsed->m_lstVars.GetNext(pos);
-        out += first ? " " : "; ";
-        first = false;
-        out += Field(member->m_strName, member->m_nType, member->m_nPointedType, member->m_strType, member->m_nArraySize);
-    }
-    return out;
+    return "union " + Text(parsed->m_strName) + ":" + Members<CUnionVar>(parsed->m_lstVars);
 }
 
 // Every list of the parser, in list order, one line each.
@@ -135,5 +137,20 @@ private:
     int m_nFiles = 0;
     bool m_bResult = false;
 };
+
+// A header written inline, the dump expected of it and why the row is there.
+struct Row {
+    char const* header;
+    char const* expected;
+    char const* reason;
+};
+
+// Parses each row's header with a fresh harness and compares the whole dump.
+inline void ExpectRows(std::initializer_list<Row> rows, bool signalsMode = true) {
+    for (Row const& row : rows) {
+        Harness h(signalsMode);
+        EXPECT_EQ(row.expected, h.Parse(row.header)) << row.reason;
+    }
+}
 
 }  // namespace declarations

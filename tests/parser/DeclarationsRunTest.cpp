@@ -30,7 +30,9 @@ std::string DeclarationSections(std::string const& header) {
 
 }  // namespace
 
-TEST(DeclarationsRun, FieldWordsAsWritten) {
+// Keyword pairs, pointers, union members, nested and replaced names, and an
+// enumeration that ends the file.
+TEST(DeclarationsRun, DeclarationsAsWrittenInTheDatabase) {
     RunRow const rows[] = {
         {"typedef struct T {\n  short int s;\n  unsigned short int us;\n  long long ll;\n  unsigned a:4;\n"
          "  unsigned b : 4;\n  unsigned c : 30;\n} R;\n",
@@ -45,35 +47,17 @@ TEST(DeclarationsRun, FieldWordsAsWritten) {
         {"typedef struct { int a; } A; typedef struct { int b; } B;",
          "<end>\nUnions\n<end>\nSignals\nA,,,,1,\nA,,long,int,1,a\nB,,,,1,\nB,,long,int,1,b\n<end>\n",
          "on the last line the declaration after a structure is read"},
-    };
-    for (RunRow const& row : rows) EXPECT_EQ(row.expected, DeclarationSections(row.header)) << row.reason;
-}
-
-TEST(DeclarationsRun, UnionMembersAndNames) {
-    RunRow const rows[] = {
         {"typedef struct { long x; } S;\ntypedef union {\n  const char k;\n  unsigned long int n;\n  char m[2][5];\n"
          "  S *s;\n} U;\ntypedef union { long w; } *PU;\n",
          "<end>\nUnions\nU,k,const,primitive,1,0\nU,n,unsigned long,primitive,1,0\nU,m,char,primitive,2,0\n"
          "U,p_s,unsigned short,pointer,1,0\n*,w,long,primitive,1,0\n<end>\nSignals\nS,,,,1,\nS,,long,int,1,x\n<end>\n",
          "the first word is the type; one keyword after unsigned; the first size counts; a * names a union"},
-    };
-    for (RunRow const& row : rows) EXPECT_EQ(row.expected, DeclarationSections(row.header)) << row.reason;
-}
-
-TEST(DeclarationsRun, NestedNamesAndReplacedTags) {
-    RunRow const rows[] = {
         {"typedef struct T {\n  struct {\n    long x;\n  } in;\n  union {\n    struct { char c; } s;\n    long w;\n"
          "  } u;\n} A, B, C;\nstruct T {\n  long y;\n};\n",
          "<end>\nUnions\nksGenUnion_0,s,struct,ksGenUnion_1_ksTag_1,1,0\nksGenUnion_0,w,long,primitive,1,0\n<end>\n"
          "Signals\nksTag_0,,,,1,\nksTag_0,,long,int,1,x\nksGenUnion_1_ksTag_1,,,,1,\nksGenUnion_1_ksTag_1,,char,char,1,c\n"
          "T,,,,1,\nT,,long,int,1,y\nC,,,,1,\nC,,long,int,1,y\nB,,,,1,\nB,,long,int,1,y\n<end>\n",
          "generated and prefixed names; the later T takes the further names, which stand reversed"},
-    };
-    for (RunRow const& row : rows) EXPECT_EQ(row.expected, DeclarationSections(row.header)) << row.reason;
-}
-
-TEST(DeclarationsRun, EnumerationEndingTheFile) {
-    RunRow const rows[] = {
         {"enum E { A, B }", ",A,0,\n,B,1,\n<end>\nUnions\n<end>\nSignals\n<end>\n",
          "the empty token of the end of the file names it"},
         {"typedef enum { A = 'a', B } T, T2", "T,A,97,\nT,B,98,\nT2,A,97,\nT2,B,98,\n<end>\nUnions\n<end>\nSignals\n<end>\n",

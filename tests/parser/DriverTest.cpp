@@ -1,11 +1,8 @@
 // Tests of the header file driver: opening, the do-not-preprocess marker,
 // typedef aliases and their effect on field kinds, signals and exported-only
-// modes, MakeAbsolutePath, and whole headers (every header under the test
-// data, a realistic header cut short anywhere, a large generated header).
+// modes, MakeAbsolutePath, and a realistic header read whole (the hostile
+// tests cut it short and feed the tool broken and huge headers).
 #include <gtest/gtest.h>
-
-#include <filesystem>
-#include <random>
 
 #include "DeclarationsHarness.h"
 
@@ -141,46 +138,13 @@ TEST(CParseS2T_Driver, RealisticHeader) {
     Harness h;
     std::string printed;
     std::string dump = h.ParseCapturing(RealisticHeader(), printed);
-    EXPECT_EQ("enum SignalId: DIAG_START=256 DIAG_RESET=257 DIAG_STATUS=258 GPS_FIX=320 GPS_SATELLITES=321 "
-              "LAST_SIGNAL_ID=322\n"
-              "enum Mode names=[OperatingMode]: MODE_OFF=0 MODE_STANDBY=83 MODE_RUN=4 MODE_TEST=-1\n"
-              "enum Basic: BASIC_A=3 BASIC_B=4\n"
-              "struct ksTag_0 tag=: latitude int long; longitude int long; fix union ksGenUnion_0\n"
-              "struct Status tag=StatusTag names=[StatusAlias,PStatus]: mode char unsigned char; "
-              "counters int unsigned short [4][2]; StatusTag_bitfield_0 char unsigned long bits=32; "
-              "StatusTag_bitfield_1 char unsigned long bits=1; name struct char[NAME_LEN]; "
-              "p_text ptr(int) unsigned short; buffer char char [16]; position struct ksTag_0; "
-              "onChange struct Callback; FuncPtr_0 ptr(int) unsigned short; guarded int unsigned short\n"
-              "struct Satellite tag=Satellite: id char unsigned char; snr int UINT32; elevation int UINT32; "
-              "mode enum Mode; flags char unsigned char [3]\n"
-              "struct SatelliteList tag=SatelliteList: sats struct Satellite [12]; count int long\n"
-              "union ksGenUnion_0: raw int long; bytes int UBYTE [4]\n"
-              "union StatusOrRaw: status int Status; p_next ptr(struct) unsigned short; bytes int UBYTE; "
-              "words int long [12]\n"
-              "union Signal: status int Status; satellites int SatelliteList\n"
-              "group GPS=320\ngroup DIAG=256\n",
-              dump);
+    EXPECT_EQ(testsupport::ReadFile(KS_TEST_DATA_DIR "/parser/realistic.expected.txt"), dump);
     EXPECT_EQ("", printed);
 }
 
-TEST(CParseS2T_Driver, EveryDataHeaderParses) {
-    int parsed = 0;
-    for (auto const& entry : std::filesystem::recursive_directory_iterator(KS_TEST_DATA_DIR)) {
-        if (entry.path().extension() != ".h") continue;
-        for (bool signalsMode : {true, false}) {
-            Harness h(signalsMode);
-            std::string printed;
-            testsupport::CaptureStderr errors;
-            h.ParseCapturing(testsupport::ReadFile(entry.path().string()), printed, !signalsMode);
-            errors.Stop();
-            EXPECT_TRUE(h.Result()) << entry.path();
-        }
-        ++parsed;
-    }
-    EXPECT_LT(0, parsed);
-}
-
-TEST(CParseS2T_Driver, TruncatedHeadersNeverHang) {
+// The hostile tests cut the header short in a whole run; this covers the
+// exported-only mode, which no run of the tool uses.
+TEST(CParseS2T_Driver, TruncatedHeadersNeverHangInEitherMode) {
     std::string const header = RealisticHeader();
     ASSERT_LT(1000u, header.size());
     for (size_t cut = 0; cut < header.size(); cut += 50) {
@@ -189,57 +153,8 @@ TEST(CParseS2T_Driver, TruncatedHeadersNeverHang) {
             std::string printed;
             testsupport::CaptureStderr errors;
             h.ParseCapturing(header.substr(0, cut), printed, !signalsMode);
-            errors.Stop();
             EXPECT_TRUE(h.Result()) << cut;
             EXPECT_EQ(0, h.Parser().m_nNestingDepth) << cut;
         }
     }
-}
-
-TEST(CParseS2T_Driver, MutatedHeadersNeverCrash) {
-    std::string const header = RealisticHeader();
-    char const punctuation[] = "{};,*()[]:=#/'\n ";
-    std::mt19937 random(77);
-    for (int round = 0; round < 150; ++round) {
-        std::string mutated = header;
-        for (int i = 0; i < 12; ++i) {
-            size_t at = random() % mutated.size();
-            switch (random() % 3) {
-                case 0: mutated[at] = punctuation[random() % (sizeof(punctuation) - 1)]; break;
-                case 1: mutated.erase(at, 1 + random() % 20); break;
-                default: mutated.insert(at, 1, static_cast<char>(random() % 256)); break;
-            }
-            if (mutated.empty()) mutated = "x";
-        }
-        Harness h;
-        std::string printed;
-        testsupport::CaptureStderr errors;
-        h.ParseCapturing(mutated, printed);
-        errors.Stop();
-        EXPECT_TRUE(h.Result()) << round;
-    }
-}
-
-TEST(CParseS2T_Driver, LargeGeneratedHeaderParses) {
-    std::mt19937 random(5);
-    std::string header;
-    int structures = 0;
-    while (header.size() < 3000000) {
-        std::string n = std::to_string(structures++);
-        header += "#define SIZE_" + n + " " + std::to_string(random() % 16 + 1) + "\n";
-        header += "typedef enum { E" + n + "_A, E" + n + "_B = SIZE_" + n + " } Enum" + n + ";\n";
-        header += "typedef struct Tag" + n + "\n{\n    int a;\n    char name[SIZE_" + n + "];\n    Enum" + n +
-                  " e;\n    struct { int x : 3; int y : 5; } bits;\n";
-        if (structures > 1) header += "    Struct" + std::to_string(structures - 2) + " *previous;\n";
-        header += "} Struct" + n + ", Alias" + n + ";\n\n";
-    }
-    Harness h;
-    std::string printed;
-    h.ParseCapturing(header, printed);
-    EXPECT_LT(100000, std::count(header.begin(), header.end(), '\n'));
-    EXPECT_EQ(structures * 2, h.Parser().m_StructList.GetCount());
-    EXPECT_EQ(structures, h.Parser().m_EnumList.GetCount());
-    CStruct* last = h.Parser().FindStructByName(("Alias" + std::to_string(structures - 1)).c_str());
-    ASSERT_NE(nullptr, last);
-    EXPECT_EQ(5, last->m_lstVars.GetCount());
 }

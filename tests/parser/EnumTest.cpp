@@ -10,18 +10,8 @@
 
 using declarations::Harness;
 
-namespace {
-
-struct EnumRow {
-    char const* header;
-    char const* expected;
-    char const* reason;
-};
-
-}  // namespace
-
 TEST(CParseS2T_Enum, DoEnumValues) {
-    EnumRow const rows[] = {
+    declarations::ExpectRows({
         {"enum E { A, B, C };", "enum E: A=0 B=1 C=2\n", "implicit values from 0; the tag names it"},
         {"typedef enum { A = 5, B, C = 0x10, D } T;", "enum T: A=5 B=6 C=16 D=17\n", "hex and implicit after both"},
         {"enum E { A = -3, B };", "enum E: A=-3 B=-2\n", "negative value"},
@@ -39,11 +29,21 @@ TEST(CParseS2T_Enum, DoEnumValues) {
         {"enum E { A, B, };", "enum E: A=0 B=1\n", "trailing comma"},
         {"enum { A = 4 };", "enum : A=4\n", "no tag and no name"},
         {"enum E\n{\n  A = 1,\n  B\n}\n;", "enum E: A=1 B=2\n", "spread over lines"},
-    };
-    for (EnumRow const& row : rows) {
-        Harness h;
-        EXPECT_EQ(row.expected, h.Parse(row.header)) << row.reason;
-    }
+        {"enum E { A = 1 junk, B };", "enum E: A=2 B=3\n",
+         "a stray word after an initialiser is skipped; the , after it gives A the next value"},
+        {"enum E { A junk B, C };", "enum E: A=-2147483648 B=0 C=1\n", "a name followed by a word keeps no value"},
+        {"enum E {\n#if 0\n  A,\n#endif\n  B\n};\n", "enum E: if=-2147483648 A=0 B=1\n",
+         "a plain #if inside a body becomes an enumerator"},
+        {"#define N 9\nenum E { N = 3 };\nstruct S { int a[N]; };\n", "enum E: N=3\nstruct S tag=S: a int long [3]\n",
+         "enumerators resolve later sizes and macros lose to them"},
+        {"#define DIAG_SIGNAL_BASE 256\nenum Other { X = DIAG_SIGNAL_BASE };", "enum Other: X=256\n",
+         "groups need the SignalIdTag tag"},
+        {"enum E;\nenum E e;\ntypedef enum E T;\nenum", "", "no body creates nothing"},
+        // The token read after the repeated enumeration is the "struct" of the
+        // next declaration, which is then lost.
+        {"enum E { A };\nenum E { B };\nstruct S { int a; };\n", "enum E: A=0\n",
+         "a repeated name keeps the first and swallows the next token"},
+    });
 }
 
 TEST(CParseS2T_Enum, DoEnumNamesFromTypedef) {
@@ -53,55 +53,17 @@ TEST(CParseS2T_Enum, DoEnumNamesFromTypedef) {
     EXPECT_EQ(nullptr, h.Parser().FindEnumByName("Tag"));
 }
 
-TEST(CParseS2T_Enum, DoEnumWithoutBodyCreatesNothing) {
-    Harness h;
-    EXPECT_EQ("", h.Parse("enum E;\nenum E e;\ntypedef enum E T;\nenum"));
-}
-
-TEST(CParseS2T_Enum, RepeatedNameKeepsFirstAndSwallowsNextToken) {
-    Harness h;
-    // The token read after the repeated enumeration is the "struct" of the
-    // next declaration, which is then lost.
-    EXPECT_EQ("enum E: A=0\n", h.Parse("enum E { A };\nenum E { B };\nstruct S { int a; };\n"));
-}
-
-TEST(CParseS2T_Enum, StrayWordAfterInitialiserIsSkipped) {
-    Harness h;
-    // The "," after the skipped word gives A the next implicit value.
-    EXPECT_EQ("enum E: A=2 B=3\n", h.Parse("enum E { A = 1 junk, B };"));
-}
-
-TEST(CParseS2T_Enum, NameFollowedByWordKeepsNoValue) {
-    Harness h;
-    EXPECT_EQ("enum E: A=-2147483648 B=0 C=1\n", h.Parse("enum E { A junk B, C };"));
-}
-
-TEST(CParseS2T_Enum, PlainIfInsideBodyBecomesEnumerator) {
-    Harness h;
-    EXPECT_EQ("enum E: if=-2147483648 A=0 B=1\n", h.Parse("enum E {\n#if 0\n  A,\n#endif\n  B\n};\n"));
-}
-
 TEST(CParseS2T_Enum, EndOfFileNamesEnumerationWithEmptyToken) {
     // The token after the body is not the end of the statement, so the empty
     // token of the end of the file names the enumeration, whatever the tag.
-    EnumRow const rows[] = {
+    declarations::ExpectRows({
         {"enum E { A = 1, B", "enum : A=1 B=2\n", "end of the file inside the body"},
         {"enum E { A }", "enum : A=0\n", "end of the file right after the body"},
         {"typedef enum { A } T, U", "enum T names=[U]: A=0\n", "a further name at the end of the file"},
         {"typedef enum { A } T,", "enum T names=[]: A=0\n", "an empty further name at the end of the file"},
         {"typedef enum { A } T, ;\nenum F { B };", "enum T names=[;]: A=0\n",
          "a ; after a , is a further name and the next keyword is read past"},
-    };
-    for (EnumRow const& row : rows) {
-        Harness h;
-        EXPECT_EQ(row.expected, h.Parse(row.header)) << row.reason;
-    }
-}
-
-TEST(CParseS2T_Enum, EnumeratorsResolveLaterSizesAndMacrosLoseToThem) {
-    Harness h;
-    EXPECT_EQ("enum E: N=3\nstruct S tag=S: a int long [3]\n",
-              h.Parse("#define N 9\nenum E { N = 3 };\nstruct S { int a[N]; };\n"));
+    });
 }
 
 TEST(CParseS2T_Enum, SignalIdTagDeclaresGroups) {
@@ -120,26 +82,16 @@ TEST(CParseS2T_Enum, SignalIdTagDeclaresGroups) {
     EXPECT_NE(nullptr, store.FindGroupById(INT32_MIN));
 }
 
-TEST(CParseS2T_Enum, GroupsNeedTheSignalIdTag) {
-    Harness h;
-    EXPECT_EQ("enum Other: X=256\n", h.Parse("#define DIAG_SIGNAL_BASE 256\nenum Other { X = DIAG_SIGNAL_BASE };"));
-}
-
-TEST(CParseS2T_Enum, EnumExistsLeavesOutTheLast) {
+TEST(CParseS2T_Enum, LookupsLeaveOutTheLastAndSeeListChangedDirectly) {
     Harness h;
     h.Parse("enum A { X };\nenum B { Y };\n");
     EXPECT_TRUE(h.Parser().EnumExists("A"));
-    EXPECT_FALSE(h.Parser().EnumExists("B"));
+    EXPECT_FALSE(h.Parser().EnumExists("B"));  // the last enumeration is left out
     EXPECT_FALSE(h.Parser().EnumExists("C"));
-}
-
-TEST(CParseS2T_Enum, FindEnumByNameSeesListChangedDirectly) {
-    Harness h;
-    h.Parse("enum A { X };\n");
     CEnum* added = new CEnum;
     added->m_strName = "Added";
     added->m_lstNames.AddTail("Alias");
     h.Parser().m_EnumList.AddTail(added);
     EXPECT_EQ(added, h.Parser().FindEnumByName("Alias"));
-    EXPECT_TRUE(h.Parser().EnumExists("A"));
+    EXPECT_TRUE(h.Parser().EnumExists("B"));
 }

@@ -10,8 +10,9 @@ namespace {
 
 struct FieldRow {
     char const* field;
-    char const* expected;  // name kind type of the one field
+    char const* expected;  // name kind type of each field
     char const* reason;
+    char const* prelude = "";  // declarations before the structure
 };
 
 // The fields of the structure S declared after prelude.
@@ -23,10 +24,17 @@ std::string FieldsOf(Harness& h, std::string const& prelude, std::string const& 
     return dump.substr(dump.find(':') + 2);
 }
 
+void ExpectFields(std::initializer_list<FieldRow> rows) {
+    for (FieldRow const& row : rows) {
+        Harness h;
+        EXPECT_EQ(row.expected, FieldsOf(h, row.prelude, row.field)) << row.reason;
+    }
+}
+
 }  // namespace
 
 TEST(CParseS2T_FieldTypes, ResolveNormaliseAndSelectKind) {
-    FieldRow const rows[] = {
+    ExpectFields({
         {"unsigned char c;", "c char unsigned char", "unsigned with a keyword"},
         {"unsigned c;", "c int UINT32", "bare unsigned"},
         {"signed c;", "c int UINT32", "bare signed is UINT32 too"},
@@ -55,63 +63,34 @@ TEST(CParseS2T_FieldTypes, ResolveNormaliseAndSelectKind) {
         {"extern register char r;", "r char char", "more qualifiers"},
         {"struct X x;", "x struct X", "struct X without a body"},
         {"enum Missing m;", "m struct Missing", "unknown enumeration tag"},
-    };
-    for (FieldRow const& row : rows) {
-        Harness h;
-        EXPECT_EQ(row.expected, FieldsOf(h, "", row.field)) << row.reason;
-    }
+        {"E e; enum E f; U u; union U v; union X w; U8 a; VU t;",
+         "e enum E; f enum E; u union U; v union U; w union X; a char unsigned char; t int UINT16",
+         "kinds of parsed types and aliases",
+         "enum E { A };\ntypedef union { int a; } U;\ntypedef unsigned char U8;\ntypedef volatile UINT16 VU;"},
+        {"u_type u;", "u union u_type", "a union name matches without case", "typedef union { int a; } U_TYPE;"},
+    });
 }
 
-TEST(CParseS2T_FieldTypes, KindsOfParsedTypesAndAliases) {
-    Harness h;
-    EXPECT_EQ("e enum E; f enum E; u union U; v union U; w union X; a char unsigned char; t int UINT16",
-              FieldsOf(h,
-                       "enum E { A };\ntypedef union { int a; } U;\ntypedef unsigned char U8;\n"
-                       "typedef volatile UINT16 VU;",
-                       "E e; enum E f; U u; union U v; union X w; U8 a; VU t;"));
-}
-
-TEST(CParseS2T_FieldTypes, UnionNameMatchesWithoutCase) {
-    Harness h;
-    EXPECT_EQ("u union u_type", FieldsOf(h, "typedef union { int a; } U_TYPE;", "u_type u;"));
-}
-
-TEST(CParseS2T_FieldTypes, IntFollowsTargetWidth) {
-    Harness h;
+TEST(CParseS2T_FieldTypes, IntWidthAndAliasesSetDirectly) {
+    Harness h, other, alias;
     h.Parser().m_nIntBits = 16;
     EXPECT_EQ("x int SIGNED16", FieldsOf(h, "", "int x;"));
-    Harness other;
     other.Parser().m_nIntBits = 8;
     EXPECT_EQ("x int int", FieldsOf(other, "", "int x;"));
-}
-
-TEST(CParseS2T_FieldTypes, AliasTextDropsVolatile) {
-    Harness h;
-    h.Parser().m_TypedefMap.SetAt("VU", "volatile UINT16");
-    EXPECT_EQ("a int UINT16", FieldsOf(h, "", "VU a;"));
-}
-
-TEST(CParseS2T_FieldTypes, LoopingAliasChainStops) {
-    Harness h;
-    h.Parser().m_TypedefMap.SetAt("A", "B");
-    h.Parser().m_TypedefMap.SetAt("B", "A");
-    EXPECT_EQ("a struct A", FieldsOf(h, "", "A a;"));
-}
-
-TEST(CParseS2T_FieldTypes, BitFieldsShareHoldersOfThirtyTwoBits) {
-    Harness h;
-    EXPECT_EQ("struct T tag=T: T_bitfield_0 char unsigned long bits=32; T_bitfield_1 char unsigned long bits=1\n",
-              h.Parse("struct T { unsigned a : 8; unsigned b : 16; unsigned c : 8; unsigned d : 1; };"));
-}
-
-TEST(CParseS2T_FieldTypes, OrdinaryFieldEndsBitFieldRun) {
-    Harness h;
-    EXPECT_EQ("S_bitfield_0 char unsigned long bits=4; x int long; S_bitfield_1 char unsigned long bits=4",
-              FieldsOf(h, "", "int a : 4; int x; int b : 4;"));
+    alias.Parser().m_TypedefMap.SetAt("VU", "volatile UINT16");
+    alias.Parser().m_TypedefMap.SetAt("A", "B");
+    alias.Parser().m_TypedefMap.SetAt("B", "A");
+    // The alias text drops "volatile"; a looping chain stops.
+    EXPECT_EQ("a int UINT16; b struct A", FieldsOf(alias, "", "VU a; A b;"));
 }
 
 TEST(CParseS2T_FieldTypes, BitFieldEdges) {
-    FieldRow const rows[] = {
+    ExpectFields({
+        {"unsigned a : 8; unsigned b : 16; unsigned c : 8; unsigned d : 1;",
+         "S_bitfield_0 char unsigned long bits=32; S_bitfield_1 char unsigned long bits=1", "holders of 32 bits"},
+        {"int a : 4; int x; int b : 4;",
+         "S_bitfield_0 char unsigned long bits=4; x int long; S_bitfield_1 char unsigned long bits=4",
+         "an ordinary field ends a run"},
         {"unsigned int a : 1, b : 2;", "S_bitfield_0 char unsigned long bits=3", "several in one statement"},
         {"int a:4; int b :4;", "a:4 int long; :4 int long",
          "only a : standing alone makes a bit-field; a:4 and :4 are words, the last one the name"},
@@ -121,11 +100,7 @@ TEST(CParseS2T_FieldTypes, BitFieldEdges) {
         {"char x; int a : 0; int b : 3;",
          "x char char; S_bitfield_0 char unsigned long; S_bitfield_1 char unsigned long bits=3",
          "a zero width leaves a holder without bits"},
-    };
-    for (FieldRow const& row : rows) {
-        Harness h;
-        EXPECT_EQ(row.expected, FieldsOf(h, "", row.field)) << row.reason;
-    }
+    });
 }
 
 TEST(CParseS2T_FieldTypes, HolderOfTypedefStructHasNoTagYet) {

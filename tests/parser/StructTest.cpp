@@ -8,24 +8,8 @@
 
 #include "DeclarationsHarness.h"
 
+using declarations::ExpectRows;
 using declarations::Harness;
-
-namespace {
-
-struct StructRow {
-    char const* header;
-    char const* expected;
-    char const* reason;
-};
-
-void ExpectRows(std::initializer_list<StructRow> rows) {
-    for (StructRow const& row : rows) {
-        Harness h;
-        EXPECT_EQ(row.expected, h.Parse(row.header)) << row.reason;
-    }
-}
-
-}  // namespace
 
 TEST(CParseS2T_Struct, DoStructDeclaratorsAndPointers) {
     ExpectRows({
@@ -119,6 +103,8 @@ TEST(CParseS2T_Struct, DoStructNames) {
         {"typedef struct { int a; } A; typedef struct { int b; } B; struct C { int c; };",
          "struct A tag=A: a int long\nstruct B tag=B: b int long\nstruct C tag=C: c int long\n",
          "on the last line nothing is skipped"},
+        {"struct T t;\nstruct T;\ntypedef struct T X;\nstruct T *f(void);\nstruct", "", "no body creates nothing"},
+        {"struct S { int a; char b", "struct  tag=S: a int long; b char char\n", "the end of the file ends it"},
     });
 }
 
@@ -131,16 +117,6 @@ TEST(CParseS2T_Struct, RepeatedTagReplacesEarlierAndTakesItsNames) {
         {"typedef struct T { int a; } A, B;\nstruct X { int x; };\nstruct T { char c; };",
          "struct X tag=X: x int long\nstruct T tag=T names=[B]: c char char\n", "names handed over; appended last"},
     });
-}
-
-TEST(CParseS2T_Struct, DoStructWithoutBodyCreatesNothing) {
-    Harness h;
-    EXPECT_EQ("", h.Parse("struct T t;\nstruct T;\ntypedef struct T X;\nstruct T *f(void);\nstruct"));
-}
-
-TEST(CParseS2T_Struct, EndOfFileEndsTheStructure) {
-    Harness h;
-    EXPECT_EQ("struct  tag=S: a int long; b char char\n", h.Parse("struct S { int a; char b"));
 }
 
 TEST(CParseS2T_Struct, BraceInsideStatementWarns) {
@@ -175,6 +151,11 @@ TEST(CParseS2T_Struct, LookAheadsRestoreTheReader) {
     EXPECT_FALSE(parser.IsPointer(&file));
     parser.CurrentLine() = "{";
     EXPECT_TRUE(parser.IsStructDeclaration(&file));
+    ASSERT_TRUE(file.OpenText("a\nb\n"));  // the look-aheads stop at the end of the file
+    parser.ReadLine(&file, 0);
+    EXPECT_FALSE(parser.IsPointer(&file));
+    EXPECT_FALSE(parser.IsStructDeclaration(&file));
+    EXPECT_EQ("a", declarations::Text(parser.CurrentLine()));
 }
 
 TEST(CParseS2T_Struct, LookAheadLinesCountForProgress) {
@@ -197,18 +178,6 @@ TEST(CParseS2T_Struct, LookAheadLinesCountForProgress) {
     }
 }
 
-TEST(CParseS2T_Struct, LookAheadsStopAtEndOfFile) {
-    Harness h;
-    h.Parse("");
-    CFile file;
-    ASSERT_TRUE(file.OpenText("a\nb\n"));
-    CParseS2T& parser = h.Parser();
-    parser.ReadLine(&file, 0);
-    EXPECT_FALSE(parser.IsPointer(&file));
-    EXPECT_FALSE(parser.IsStructDeclaration(&file));
-    EXPECT_EQ("a", declarations::Text(parser.CurrentLine()));
-}
-
 TEST(CParseS2T_Struct, GeneratedNames) {
     Harness h;
     CParseS2T& parser = h.Parser();
@@ -225,33 +194,25 @@ TEST(CParseS2T_Struct, GeneratedNames) {
 }
 
 TEST(CParseS2T_Struct, DeepNestingIsBounded) {
-    std::string header;
-    int const depth = 2000;
-    for (int i = 0; i < depth; ++i) header += "struct S" + std::to_string(i) + " {\n";
-    header += "int x;\n";
-    for (int i = depth - 1; i >= 0; --i) header += i ? "} f" + std::to_string(i) + ";\n" : "};\n";
-    Harness h;
-    h.Parse(header);
     // Bodies past the nesting limit are skipped and kept as empty structures.
-    EXPECT_EQ(CParseS2T::kMaxNesting + 1, h.Parser().m_StructList.GetCount());
-    CStruct* top = h.Parser().FindStructByName("S0");
-    ASSERT_NE(nullptr, top);
-    EXPECT_EQ("struct S0 tag=S0: f1 struct S1", declarations::DumpStruct(top));
-    EXPECT_EQ(0, h.Parser().m_nNestingDepth);
-}
-
-TEST(CParseS2T_Struct, DeepNestingOfUnionsAndStructuresIsBounded) {
-    std::string header = "typedef union {\n";
     int const depth = 2000;
-    for (int i = 1; i < depth; ++i) header += i % 2 ? "struct {\n" : "union {\n";
-    header += "int x;\n";
-    for (int i = depth - 1; i >= 1; --i) header += "} m" + std::to_string(i) + ";\n";
-    header += "} Top;\n";
-    Harness h;
-    h.Parse(header);
-    EXPECT_EQ(CParseS2T::kMaxNesting + 1, h.Parser().m_StructList.GetCount() + h.Parser().m_UnionList.GetCount());
-    ASSERT_NE(nullptr, h.Parser().FindUnionByName("Top"));
-    EXPECT_EQ("union Top: m1 struct ksGenUnion_0_ksTag_0", declarations::DumpUnion(h.Parser().FindUnionByName("Top")));
+    std::string structs, mixed = "typedef union {\n";
+    for (int i = 0; i < depth; ++i) structs += "struct S" + std::to_string(i) + " {\n";
+    for (int i = 1; i < depth; ++i) mixed += i % 2 ? "struct {\n" : "union {\n";
+    structs += "int x;\n";
+    mixed += "int x;\n";
+    for (int i = depth - 1; i >= 0; --i) structs += i ? "} f" + std::to_string(i) + ";\n" : "};\n";
+    for (int i = depth - 1; i >= 1; --i) mixed += "} m" + std::to_string(i) + ";\n";
+    Harness h, u;
+    h.Parse(structs);
+    EXPECT_EQ(CParseS2T::kMaxNesting + 1, h.Parser().m_StructList.GetCount());
+    ASSERT_NE(nullptr, h.Parser().FindStructByName("S0"));
+    EXPECT_EQ("struct S0 tag=S0: f1 struct S1", declarations::DumpStruct(h.Parser().FindStructByName("S0")));
+    EXPECT_EQ(0, h.Parser().m_nNestingDepth);
+    u.Parse(mixed + "} Top;\n");
+    EXPECT_EQ(CParseS2T::kMaxNesting + 1, u.Parser().m_StructList.GetCount() + u.Parser().m_UnionList.GetCount());
+    ASSERT_NE(nullptr, u.Parser().FindUnionByName("Top"));
+    EXPECT_EQ("union Top: m1 struct ksGenUnion_0_ksTag_0", declarations::DumpUnion(u.Parser().FindUnionByName("Top")));
 }
 
 namespace {

@@ -7,18 +7,8 @@
 
 using declarations::Harness;
 
-namespace {
-
-struct UnionRow {
-    char const* header;
-    char const* expected;
-    char const* reason;
-};
-
-}  // namespace
-
 TEST(CParseS2T_Union, DoUnionForms) {
-    UnionRow const rows[] = {
+    declarations::ExpectRows({
         {"typedef union { int a; };\nunion { char b; };", "union ksGenUnion_0: a int int\nunion ksGenUnion_1: b int char\n",
          "anonymous unions are numbered"},
         {"typedef union Tag { int a; } U;", "union U: a int int\n", "the typedef form ignores the tag"},
@@ -40,11 +30,7 @@ TEST(CParseS2T_Union, DoUnionForms) {
         {"struct S { union A { int a; } x; };\nstruct T { union A { char b; } y; };",
          "struct S tag=S: x union A\nstruct T tag=T: y union A\nunion A: a int int\nunion A: b int char\n",
          "nested unions never replace"},
-    };
-    for (UnionRow const& row : rows) {
-        Harness h;
-        EXPECT_EQ(row.expected, h.Parse(row.header)) << row.reason;
-    }
+    });
 }
 
 TEST(CParseS2T_Union, DoUnionMemberKinds) {
@@ -73,38 +59,27 @@ TEST(CParseS2T_Union, DoUnionPointersAndArrays) {
                       "  char f[2][5];\n  char g[4 * N];\n} U;\n"));
 }
 
-TEST(CParseS2T_Union, DoUnionSeveralDeclaratorsAndBitWidths) {
-    Harness h;
-    EXPECT_EQ("union U: a int int; p_b ptr(int) unsigned short; c int int; d int int; e int int\n",
-              h.Parse("typedef union { int a, *b, c; int d : 3, e : 4; } U;"));
+TEST(CParseS2T_Union, DoUnionDeclaratorsAndNesting) {
+    declarations::ExpectRows({
+        {"typedef union { int a, *b, c; int d : 3, e : 4; } U;",
+         "union U: a int int; p_b ptr(int) unsigned short; c int int; d int int; e int int\n",
+         "several declarators; bit widths are dropped"},
+        {"typedef union { struct { int a; } s; union { int b; } u; struct { int c; }; } W;",
+         "struct ksGenUnion_0_ksTag_0 tag=: a int long\nstruct ksGenUnion_0_ksTag_1 tag=: c int long\n"
+         "union W: s struct ksGenUnion_0_ksTag_0; u union ksGenUnion_1;  struct ksGenUnion_0_ksTag_1\n"
+         "union ksGenUnion_1: b int int\n",
+         "the union's prefix stands before nested names; an anonymous member keeps a member without a name"},
+        {"struct S {\n  union Inner { int a; char b; } u,\n  *v;\n};",
+         "struct S tag=S: u union Inner; p_v ptr(union) Inner\nunion Inner: a int int; b int char\n",
+         "a union inside a structure"},
+        {"struct X { int a; };\ntypedef union { struct X *p; struct { char *q; } s; } U;",
+         "struct X tag=X: a int long\nstruct ksGenUnion_0_ksTag_0 tag=: p_q ptr(int) unsigned short\n"
+         "union U: p_p ptr(struct) unsigned short; s struct ksGenUnion_0_ksTag_0\n",
+         "a structure member takes a body only when the brace comes first, though * and body share the line"},
+    });
 }
 
-TEST(CParseS2T_Union, DoUnionNestedAggregates) {
-    Harness h;
-    // The union's prefix stands before the names of what is nested in it; an
-    // anonymous member keeps a member without a name.
-    EXPECT_EQ("struct ksGenUnion_0_ksTag_0 tag=: a int long\n"
-              "struct ksGenUnion_0_ksTag_1 tag=: c int long\n"
-              "union W: s struct ksGenUnion_0_ksTag_0; u union ksGenUnion_1;  struct ksGenUnion_0_ksTag_1\n"
-              "union ksGenUnion_1: b int int\n",
-              h.Parse("typedef union { struct { int a; } s; union { int b; } u; struct { int c; }; } W;"));
-}
-
-TEST(CParseS2T_Union, UnionInsideStructure) {
-    Harness h;
-    EXPECT_EQ("struct S tag=S: u union Inner; p_v ptr(union) Inner\nunion Inner: a int int; b int char\n",
-              h.Parse("struct S {\n  union Inner { int a; char b; } u,\n  *v;\n};"));
-}
-
-TEST(CParseS2T_Union, StructMemberBodyOnlyWhenBraceComesFirst) {
-    Harness h;
-    // The * of the first member and the body of the second stand on one line.
-    EXPECT_EQ("struct X tag=X: a int long\nstruct ksGenUnion_0_ksTag_0 tag=: p_q ptr(int) unsigned short\n"
-              "union U: p_p ptr(struct) unsigned short; s struct ksGenUnion_0_ksTag_0\n",
-              h.Parse("struct X { int a; };\ntypedef union { struct X *p; struct { char *q; } s; } U;"));
-}
-
-TEST(CParseS2T_Union, FindWithoutCaseRemoveWithCase) {
+TEST(CParseS2T_Union, LookupsFindWithoutCaseRemoveWithCase) {
     Harness h;
     h.Parse("typedef union { int a; } abc;\ntypedef union { int b; } ABC;\n");
     CUnion* first = h.Parser().FindUnionByName("Abc");
@@ -116,15 +91,10 @@ TEST(CParseS2T_Union, FindWithoutCaseRemoveWithCase) {
     EXPECT_EQ(0, h.Parser().RemoveUnionByName(""));
     EXPECT_EQ(first, h.Parser().FindUnionByNamePattern("b"));
     EXPECT_EQ(nullptr, h.Parser().FindUnionByNamePattern("B"));
-}
-
-TEST(CParseS2T_Union, LookupsSeeUnionsAddedDirectly) {
-    Harness h;
-    h.Parse("typedef union { int a; } First;\n");
     CUnion* added = new CUnion;
     added->m_strName = "Second";
     h.Parser().m_UnionList.AddTail(added);
-    EXPECT_EQ(added, h.Parser().FindUnionByName("SECOND"));
+    EXPECT_EQ(added, h.Parser().FindUnionByName("SECOND"));  // a union added directly is seen
     EXPECT_EQ(1, h.Parser().RemoveUnionByName("Second"));
     EXPECT_EQ(nullptr, h.Parser().FindUnionByName("second"));
 }
