@@ -12,7 +12,7 @@
 #include <cctype>
 #include <cstdint>
 #include <cstddef>
-#include <map>
+#include <algorithm>
 #include <unordered_map>
 #include <utility>
 #include <vector>
@@ -129,7 +129,7 @@ public:
     T* First(List const& list, int32_t family, CString const& key) {
         Sync(list);
         auto const* filed = Filed(family, key);
-        return filed ? filed->begin()->second : nullptr;
+        return filed ? filed->front().second : nullptr;
     }
     // The first object filed under key other than except.
     T* FirstExcept(List const& list, int32_t family, CString const& key, T const* except) {
@@ -144,16 +144,21 @@ public:
     T* Last(List const& list, int32_t family, CString const& key) {
         Sync(list);
         auto const* filed = Filed(family, key);
-        return filed ? filed->rbegin()->second : nullptr;
+        return filed ? filed->back().second : nullptr;
     }
 
 private:
+    // The objects filed under one key, by sequence number (list order); most
+    // keys name one object, so a short sorted array serves.
+    using Bucket = std::vector<std::pair<uint64_t, T*>>;
+    using Family = std::unordered_map<CString, Bucket, CStringKeyHash>;
     struct Entry {
         void* pos = nullptr;
         uint64_t seq = 0;
-        std::vector<std::pair<int32_t, CString>> keys;
+        // Where the object is filed: the family and its element (elements of
+        // an unordered_map keep their address), so no name is copied twice.
+        std::vector<std::pair<int32_t, typename Family::value_type*>> keys;
     };
-    using Bucket = std::map<uint64_t, T*>;
 
     bool Matches(List const& list) const {
         return list.GetCount() == m_nCount && list.GetHeadPosition() == m_pHead && list.GetTailPosition() == m_pTail;
@@ -186,8 +191,13 @@ private:
             keys.clear();
             KEYS::Keys(object, family, keys);
             for (CString const& key : keys) {
-                m_Families[family][key][seq] = object;
-                entry.keys.emplace_back(family, key);
+                auto& filed = *m_Families[family].try_emplace(key).first;
+                Bucket& bucket = filed.second;
+                auto at = std::lower_bound(bucket.begin(), bucket.end(), seq,
+                                           [](std::pair<uint64_t, T*> const& e, uint64_t s) { return e.first < s; });
+                if (at != bucket.end() && at->first == seq) continue;  // a second name alike in one family
+                bucket.insert(at, std::make_pair(seq, object));
+                entry.keys.emplace_back(family, &filed);
             }
         }
     }
@@ -196,11 +206,13 @@ private:
         if (found == m_Objects.end()) return;
         uint64_t seq = found->second.seq;
         for (auto const& filed : found->second.keys) {
-            auto& family = m_Families[filed.first];
-            auto bucket = family.find(filed.second);
-            if (bucket == family.end()) continue;
-            bucket->second.erase(seq);
-            if (bucket->second.empty()) family.erase(bucket);
+            Bucket& bucket = filed.second->second;
+            auto at = std::lower_bound(bucket.begin(), bucket.end(), seq,
+                                       [](std::pair<uint64_t, T*> const& e, uint64_t s) { return e.first < s; });
+            if (at != bucket.end() && at->first == seq) bucket.erase(at);
+            if (!bucket.empty()) continue;
+            CString key = filed.second->first;  // the element goes with the erase
+            m_Families[filed.first].erase(key);
         }
         m_Objects.erase(found);
     }
@@ -210,7 +222,7 @@ private:
         return found == m_Families[family].end() ? nullptr : &found->second;
     }
 
-    std::unordered_map<CString, Bucket, CStringKeyHash> m_Families[KEYS::kFamilies];
+    Family m_Families[KEYS::kFamilies];
     std::unordered_map<T*, Entry> m_Objects;
     uint64_t m_nNextSeq = 0;
     int32_t m_nCount = 0;
