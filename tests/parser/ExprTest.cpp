@@ -4,23 +4,13 @@
 
 #include <string>
 #include <utility>
-#include <vector>
 
 #include "FrontEndHarness.h"
+#include "ParsedBuilders.h"
 
 namespace {
 
-CEnum* AddEnum(CParseS2T& parser, std::vector<std::pair<char const*, int32_t>> const& values) {
-    CEnum* enumeration = new CEnum;
-    parser.m_EnumList.AddTail(enumeration);
-    for (auto const& value : values) {
-        CDefines* entry = new CDefines;
-        entry->m_strName = value.first;
-        entry->m_nValue = value.second;
-        enumeration->m_lstValues.AddTail(entry);
-    }
-    return enumeration;
-}
+CEnum* AddEnum(CParseS2T& parser, built::Values values) { return &built::AddEnum(parser, "", values); }
 
 }  // namespace
 

@@ -7,28 +7,15 @@
 
 #include <functional>
 #include <string>
-#include <utility>
 
 #include "SignalParser.h"
+#include "parser/ParsedBuilders.h"
 #include "Storage.h"
 #include "TestSupport.h"
 
 namespace {
 
-struct Field {
-    int32_t kind;
-    char const* type;
-    char const* name;
-    int32_t count = 1;
-};
-
-template <typename Member>
-void Fill(Member& member, Field const& spec) {
-    member.m_nType = spec.kind;
-    member.m_strType = spec.type;
-    member.m_strName = spec.name;
-    member.m_nArraySize = spec.count;
-}
+using built::Field;
 
 // "typedef struct" (or union) of name around body, as the generator writes it;
 // names is the declarator list when it is more than the name.
@@ -40,39 +27,12 @@ std::string Typedef(char const* kind, std::string const& name, std::string const
 class GeneratorTest : public ::testing::Test {
 protected:
     CStruct& AddStruct(char const* name, std::initializer_list<Field> fields) {
-        CStruct* record = new CStruct;
-        record->m_strName = name;
-        for (Field const& spec : fields) {
-            CStructVar* field = new CStructVar;
-            Fill(*field, spec);
-            record->m_lstVars.AddTail(field);
-        }
-        parser.m_StructList.AddTail(record);
-        return *record;
+        return built::AddStruct(parser, name, fields);
     }
     CUnion& AddUnion(char const* name, std::initializer_list<Field> members) {
-        CUnion* record = new CUnion;
-        record->m_strName = name;
-        for (Field const& spec : members) {
-            CUnionVar* member = new CUnionVar;
-            Fill(*member, spec);
-            record->m_lstVars.AddTail(member);
-        }
-        parser.m_UnionList.AddTail(record);
-        return *record;
+        return built::AddUnion(parser, name, members);
     }
-    CEnum& AddEnum(char const* name, std::initializer_list<std::pair<char const*, int32_t>> values) {
-        CEnum* record = new CEnum;
-        record->m_strName = name;
-        for (auto const& value : values) {
-            CDefines* entry = new CDefines;
-            entry->m_strName = value.first;
-            entry->m_nValue = value.second;
-            record->m_lstValues.AddTail(entry);
-        }
-        parser.m_EnumList.AddTail(record);
-        return *record;
-    }
+    CEnum& AddEnum(char const* name, built::Values values) { return built::AddEnum(parser, name, values); }
 
     // What write puts into a fresh file.
     std::string Written(std::function<void(CFile&)> const& write) {
@@ -157,8 +117,8 @@ TEST_F(GeneratorTest, WriteStructSplitsArrayTypesAndCommentsOutUnknownStructs) {
                                  {FIELD_POINTER, "X *", "p_x"},
                                  {FIELD_STRUCT, "Inner", "template"},
                                  {FIELD_INT, "long", "arr", 2}});
-    static_cast<CStructVar*>(s.m_lstVars.GetTail())->m_arrDims.Add(3);
-    static_cast<CStructVar*>(s.m_lstVars.GetTail())->m_arrDims.Add(4);
+    built::LastField(s)->m_arrDims.Add(3);
+    built::LastField(s)->m_arrDims.Add(4);
     s.m_lstNames.AddTail("S2");
     s.m_lstNames.AddTail("PS");
     // A cyclic alias stops at the last new name; reserved words get "_".

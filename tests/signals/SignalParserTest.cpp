@@ -1,6 +1,6 @@
-// Tests of the signal run object: its construction, ParseSignals' failure
-// path and its choice of store, and the enumeration sizes it reports to the
-// header generator. The stage output of whole runs is pinned end to end.
+// Tests of the signal run object: ParseSignals' failure path and its choice
+// of store, and the enumeration sizes it reports to the header generator. The
+// stage output of whole runs is pinned end to end.
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -21,16 +21,6 @@ struct SignalRun {
 };
 
 }  // namespace
-
-TEST(CSignalParser, ConstructorPreparesSignalsMode) {
-    SignalRun run("hdr.h", ENUM_SIZE_FOUR_BYTES);
-    EXPECT_EQ(&run.store, run.parser->m_pStorage);
-    EXPECT_TRUE(run.parser->m_bPexilSignalsMode);
-    EXPECT_EQ(ENUM_SIZE_FOUR_BYTES, run.parser->m_nEnumSize);
-    EXPECT_EQ(CString("hdr.h"), run.parser->m_strSignalsFile);
-    EXPECT_TRUE(run.parser->m_strError.IsEmpty());
-    EXPECT_FALSE(run.parser->m_fileOut.IsOpen());
-}
 
 TEST(CSignalParser, ParseSignalsMissingHeaderStopsBeforeDone) {
     SignalRun run("/nonexistent/dir/signals.h", ENUM_SIZE_BY_RANGE);

@@ -8,6 +8,7 @@
 #include <string>
 
 #include "ParseS2T.h"
+#include "parser/ParsedBuilders.h"
 #include "Storage.h"
 #include "TestSupport.h"
 
@@ -21,40 +22,10 @@ struct Transfer {
     std::unique_ptr<CParseS2T> parser = std::make_unique<CParseS2T>();
     Transfer() { parser->SetStorage(&store); }
 
-    CEnum* AddEnum(char const* name, char const* alias) {
-        CEnum* parsed = new CEnum;
-        parsed->m_strName = name;
-        CDefines* value = new CDefines;
-        value->m_strName = "A";
-        value->m_nValue = 1;
-        parsed->m_lstValues.AddTail(value);
-        if (*alias) parsed->m_lstNames.AddTail(alias);
-        parser->m_EnumList.AddTail(parsed);
+    CEnum& AddEnum(char const* name, char const* alias) {
+        CEnum& parsed = built::AddEnum(*parser, name, {{"A", 1}});
+        if (*alias) parsed.m_lstNames.AddTail(alias);
         return parsed;
-    }
-    void AddMember(CUnion* parsed, int32_t kind, char const* name, char const* type, int32_t count = 1) {
-        CUnionVar* member = new CUnionVar;
-        member->m_nType = kind;
-        member->m_strName = name;
-        member->m_strType = type;
-        member->m_nArraySize = count;
-        parsed->m_lstVars.AddTail(member);
-    }
-    CStruct* AddStruct(char const* name, char const* tag) {
-        CStruct* parsed = new CStruct;
-        parsed->m_strName = name;
-        parsed->m_strTag = tag;
-        parser->m_StructList.AddTail(parsed);
-        return parsed;
-    }
-    CStructVar* AddField(CStruct* parsed, int32_t kind, char const* name, char const* type, int32_t count = 1) {
-        CStructVar* field = new CStructVar;
-        field->m_nType = kind;
-        field->m_strName = name;
-        field->m_strType = type;
-        field->m_nArraySize = count;
-        parsed->m_lstVars.AddTail(field);
-        return field;
     }
 };
 
@@ -128,18 +99,16 @@ TEST(CParseS2T, WriteUnionsReplacesStoredAndMapsEveryKind) {
     old.m_strName = "old";
     stored->AddField(&old);
     t.store.AddUnion(stored);
-    t.AddStruct("Known", "KnownTag");
-    CUnion* parsed = new CUnion;
-    parsed->m_strName = "U";
-    t.parser->m_UnionList.AddTail(parsed);
-    t.AddMember(parsed, FIELD_INT, "i", "long", 4);
-    t.AddMember(parsed, FIELD_CHAR, "c", "char");
-    t.AddMember(parsed, FIELD_STRUCT, "t", "KnownTag");  // found through its tag
-    t.AddMember(parsed, FIELD_STRUCT, "u", "Unknown");
-    t.AddMember(parsed, FIELD_ENUM, "e", "Colour");
-    t.AddMember(parsed, FIELD_UNION, "v", "Inner");
-    t.AddMember(parsed, FIELD_POINTER, "p_q", "unsigned short");
-    t.AddMember(parsed, 7, "odd", "Strange");  // a code past the table keeps its type name
+    built::AddStruct(*t.parser, "Known", {}, "KnownTag");
+    built::AddUnion(*t.parser, "U",
+                    {{FIELD_INT, "long", "i", 4},
+                     {FIELD_CHAR, "char", "c"},
+                     {FIELD_STRUCT, "KnownTag", "t"},  // found through its tag
+                     {FIELD_STRUCT, "Unknown", "u"},
+                     {FIELD_ENUM, "Colour", "e"},
+                     {FIELD_UNION, "Inner", "v"},
+                     {FIELD_POINTER, "unsigned short", "p_q"},
+                     {7, "Strange", "odd"}});  // a code past the table keeps its type name
     testsupport::CaptureStdout capture;
     t.parser->WriteUnions();
     EXPECT_EQ("Write unions to database\n\rTotal Unions: 1.\r", capture.Stop());
@@ -157,15 +126,17 @@ TEST(CParseS2T, WriteUnionsReplacesStoredAndMapsEveryKind) {
 
 TEST(CParseS2T, WriteDBCrosswiseMembersAndFurtherDimensions) {
     Transfer t;
-    t.AddStruct("Inner", "InnerTag");
-    CStruct* outer = t.AddStruct("Outer", "OuterTag");
-    outer->m_lstNames.AddTail("Alias");
-    t.AddField(outer, FIELD_STRUCT, "known", "Inner", 3);
-    t.AddField(outer, FIELD_STRUCT, "unknown", "Missing", 2);
-    t.AddField(outer, FIELD_STRUCT, "grid", "Inner", 2)->m_arrDims.Add(5);  // one member only
-    CStructVar* cube = t.AddField(outer, FIELD_CHAR, "b", "char", 2);
-    cube->m_arrDims.Add(5);
-    cube->m_arrDims.Add(6);
+    built::AddStruct(*t.parser, "Inner", {}, "InnerTag");
+    CStruct& outer = built::AddStruct(*t.parser, "Outer",
+                                      {{FIELD_STRUCT, "Inner", "known", 3},
+                                       {FIELD_STRUCT, "Missing", "unknown", 2},
+                                       {FIELD_STRUCT, "Inner", "grid", 2}},
+                                      "OuterTag");
+    outer.m_lstNames.AddTail("Alias");
+    built::LastField(outer)->m_arrDims.Add(5);  // one member only
+    built::AddVars<CStructVar>(outer.m_lstVars, {{FIELD_CHAR, "char", "b", 2}});
+    built::LastField(outer)->m_arrDims.Add(5);
+    built::LastField(outer)->m_arrDims.Add(6);
     testsupport::CaptureStdout capture;
     t.parser->WriteDB();
     EXPECT_EQ("Write structures to database\n\rTotal Structs: 2.\r", capture.Stop());
