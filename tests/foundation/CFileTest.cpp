@@ -23,29 +23,22 @@ std::string ReadAllLines(std::string const& path) {
     return out;
 }
 
-TEST(CFile, ReadStringReturnsLastLineWithoutFeedThenZero) {
+TEST(CFile, ReadStringSplitsTheFileIntoLines) {
+    std::string const longLine(5000, 'z');
+    struct Row {
+        std::string text, lines;
+        char const* reason;
+    } const rows[] = {
+        {"one\ntwo", "[one][two]", "the last line comes without its feed, then nothing"},
+        {"x\r\r\n\ny\r\n", "[x][][y]", "every trailing carriage return goes"},
+        {longLine + "\nend\n", "[" + longLine + "][end]", "long lines are joined"},
+        {std::string("ab\0cd\nef\n", 9), "[ab][ef]", "a NUL byte hides the rest of its piece"},
+    };
     ScratchDir dir;
-    WriteFile(dir.File("a"), "one\ntwo");
-    EXPECT_EQ("[one][two]", ReadAllLines(dir.File("a")));
-}
-
-TEST(CFile, ReadStringDropsAllTrailingCarriageReturns) {
-    ScratchDir dir;
-    WriteFile(dir.File("a"), "x\r\r\n\ny\r\n");
-    EXPECT_EQ("[x][][y]", ReadAllLines(dir.File("a")));
-}
-
-TEST(CFile, ReadStringJoinsLongLines) {
-    ScratchDir dir;
-    std::string longLine(5000, 'z');
-    WriteFile(dir.File("a"), longLine + "\nend\n");
-    EXPECT_EQ("[" + longLine + "][end]", ReadAllLines(dir.File("a")));
-}
-
-TEST(CFile, NulByteHidesTheRestOfItsPiece) {
-    ScratchDir dir;
-    WriteFile(dir.File("a"), std::string("ab\0cd\nef\n", 9));
-    EXPECT_EQ("[ab][ef]", ReadAllLines(dir.File("a")));
+    for (Row const& row : rows) {
+        WriteFile(dir.File("a"), row.text);
+        EXPECT_EQ(row.lines, ReadAllLines(dir.File("a"))) << row.reason;
+    }
 }
 
 TEST(CFile, FixedBufferReadSplitsLongLines) {

@@ -1,4 +1,4 @@
-// stData: the fatal-error record and the values a run without a database file writes.
+// stData: the fatal-error record; the saturating number readers.
 #include "RunContext.h"
 
 #include <gtest/gtest.h>
@@ -15,15 +15,6 @@ TEST(stData, SetFatalErrorRecordsOnlyAtOrBelowTheLevel) {
     EXPECT_EQ(1, data.SetFatalError("second", 1));
     EXPECT_TRUE(data.m_bFatalError);
     EXPECT_STREQ("second", data.m_strFatalError.GetData());
-}
-
-TEST(stData, StartsWithZeroVersionsAndIdentifiers) {
-    stData data;
-    EXPECT_EQ(0, data.m_nDbVersion);
-    EXPECT_EQ(0, data.m_nDbVersionMinor);
-    EXPECT_EQ(0, data.m_nMaxCommandID);
-    EXPECT_EQ(0, data.m_nMaxReportID);
-    EXPECT_EQ(3, data.m_nFatalLevel);
 }
 
 TEST(NumberText, Atoi32ReadsLikeTheCLibraryAndSaturates) {
