@@ -62,6 +62,13 @@ int CFile::ReadString(CString& line) {
     if (got <= 0) return 0;
     size_t length = static_cast<size_t>(got);
     bool hadFeed = m_pLine[length - 1] == '\n';
+    if (!std::memchr(m_pLine, '\0', length)) {
+        // The usual line, without NUL bytes, is taken in one piece.
+        if (hadFeed) m_pLine[length - 1] = '\0';
+        line = static_cast<char const*>(m_pLine);
+        line.TrimRight('\r');
+        return hadFeed || line.GetLength() > 0 ? 1 : 0;
+    }
     // The line arrives in pieces of at most 998 characters, and each piece is
     // taken as a C string: a NUL byte hides the rest of its piece.
     constexpr size_t kPiece = 998;

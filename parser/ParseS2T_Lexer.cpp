@@ -38,6 +38,10 @@ int32_t FindSeparator(CString const& line, int32_t start) {
     return -1;
 }
 
+// The first length characters of line stay, as Left(length) would keep them,
+// without a copy; length is below the line's length.
+void CutLineAt(CString& line, int32_t length) { line.SetAt(length, '\0'); }
+
 }  // namespace
 
 // ---- the rest of the current line
@@ -142,19 +146,22 @@ void CParseS2T::DisplayFileProcessedSizePercentage(CFile* file) {
 
 void CParseS2T::DeleteRemark(CString& line) {
     int32_t slashes = line.Find(kLineComment);
-    if (slashes >= 0) line = line.Left(slashes);
+    if (slashes >= 0) CutLineAt(line, slashes);
     // Every "/*" closed on the same line is deleted with its comment; the first
-    // one left open cuts the line. Done in one pass: after the "//" cut no
-    // deletion can join a new "/*" or "*/" out of the characters around it.
+    // one left open cuts the line. Done in one pass, in place: after the "//"
+    // cut no deletion can join a new "/*" or "*/" out of the characters around
+    // it, and the kept text never overtakes the part still to be searched.
     bool openingSeen = false;
-    CString kept;
+    char* text = line.GetData();
+    int32_t kept = 0;
     int32_t from = 0;
     for (;;) {
         int32_t open = line.Find(kBlockCommentOpen, from);
         if (open < 0) break;
         m_bInComment = true;
         openingSeen = true;
-        kept += line.Mid(from, open - from);
+        std::memmove(text + kept, text + from, static_cast<size_t>(open - from));
+        kept += open - from;
         int32_t close = line.Find(kBlockCommentClose, open);
         if (close < 0) {
             from = line.GetLength();
@@ -164,14 +171,16 @@ void CParseS2T::DeleteRemark(CString& line) {
         from = close + 2;
     }
     if (openingSeen) {
-        kept += line.Mid(from);
-        line = kept;
+        std::memmove(text + kept, text + from, static_cast<size_t>(line.GetLength() - from));
+        CutLineAt(line, kept + line.GetLength() - from);
     }
     int32_t close = line.Find(kBlockCommentClose);
     if (close >= 0) {
         // The end of a comment opened on an earlier line.
         m_bInComment = false;
-        line = line.Mid(close + 2);
+        int32_t rest = line.GetLength() - close - 2;
+        std::memmove(line.GetData(), line.GetData() + close + 2, static_cast<size_t>(rest));
+        CutLineAt(line, rest);
     }
     if (!openingSeen && close < 0 && m_bInComment) line.Empty();
 }
