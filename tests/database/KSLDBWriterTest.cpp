@@ -1,5 +1,5 @@
-// The database writer: the whole file of an empty store, and the exact lines of
-// each record kind, written through a real file and compared byte for byte.
+// The database writer: the exact lines of each record kind, written through a
+// real file and compared byte for byte.
 #include "KSLDBWriter.h"
 
 #include <gtest/gtest.h>
@@ -37,11 +37,10 @@ stStructVar Field(char const* name, int32_t kind, char const* type, char const* 
 
 void Add(stStruct& record, stStructVar const& field) { record.AddField(&field); }
 
-TEST(CKSLDBWriter, WriteDBEmptyStoreGivesThirteenSections) {
+// The whole file of an empty store is pinned by the end-to-end database run.
+TEST(CKSLDBWriter, WriteDBVersionLineKeepsTheSign) {
     stData data;
     CStorage store(&data);
-    std::string expected = ReadFile(KS_TEST_DATA_DIR "/database/empty.expected.txt");
-    EXPECT_EQ(expected, Written(store, [](CKSLDBWriter& w) { w.WriteDB(); }));
     data.m_nDbVersion = 12;
     data.m_nDbVersionMinor = -3;
     EXPECT_EQ("DbVersion\n12,-3\n<end>\n", Written(store, [](CKSLDBWriter& w) { w.WriteDB(); }).substr(0, 22));

@@ -100,24 +100,4 @@ TEST(DatabaseRun, SectionKeywordsMatchByPrefixOrWholeLine) {
     }
 }
 
-TEST(DatabaseRun, MalformedFilesStillRewriteTheFile) {
-    std::string longLine(1 << 20, 'x');
-    longLine[7] = ',';
-    static char const binary[] = "EnumVals\n\x01\xfe,\0,\x80\n<end>\nnvm\n\0\0\n";
-    std::string const rows[] = {
-        std::string(binary, sizeof binary - 1),                                    // control, high and NUL bytes
-        "nvm\n" + longLine + "\nEnumsTitle\n" + longLine + "\nUnions\n" + longLine,  // 1 MB lines
-        "\n\n\nEnums\n\n<end>\n\n",                                               // empty lines
-        "EnumVals\n1\n<end>\nEnumVals\n,\nMonitorParams\n2\n",                    // short lines
-    };
-    for (std::string const& text : rows) {
-        std::string file;
-        testsupport::RunResult run = RunOn(&text, file);
-        EXPECT_EQ(0, run.status);
-        EXPECT_EQ(kBanner + kNoHeader, run.out);
-        EXPECT_EQ(0u, file.find("DbVersion\n")) << text.substr(0, 40);
-        EXPECT_EQ("UnionIdentifiers\n<end>\n", file.substr(file.size() - 23)) << text.substr(0, 40);
-    }
-}
-
 }  // namespace
