@@ -41,60 +41,44 @@ struct JobRun {
 
 }  // namespace
 
-TEST(WholeJob, EnumerationsNewAliasedAndStored) {
-    JobRun job;
-    job.Prepare("enums/signals.h", "enums/database.txt");
-    job.Run();
-    EXPECT_EQ(0, job.result.status);
-    EXPECT_EQ(kBanner + Stages(3, 0, 0, "Enum 'StoredEnum' exist in Database!\n"), job.result.out);
-    EXPECT_EQ("#endif without matching if found on line 12 on file signals.h\n", job.result.err);
-    EXPECT_EQ(testsupport::ReadFile(kData + "enums/expected_database.txt"), job.Database());
-}
-
-TEST(WholeJob, UnionsReplaceStoredOnesWithEveryMemberKind) {
-    JobRun job;
-    job.Prepare("unions/signals.h", "unions/database.txt");
-    job.Run();
-    EXPECT_EQ(kBanner + Stages(1, 2, 1), job.result.out);
-    EXPECT_EQ("", job.result.err);
-    EXPECT_EQ(testsupport::ReadFile(kData + "unions/expected_database.txt"), job.Database());
-}
-
-TEST(WholeJob, StructuresBecomeSignalsWithoutDatabase) {
-    JobRun job;
-    job.Prepare("structs/signals.h", "");
-    job.Run();
-    EXPECT_EQ(kBanner + kNoDatabase + Stages(1, 1, 2), job.result.out);
-    EXPECT_EQ("", job.result.err);
-    EXPECT_EQ(testsupport::ReadFile(kData + "structs/expected_database.txt"), job.Database());
-}
-
-TEST(WholeJob, SignalGroupsAndTableReplaceLoadedOnes) {
-    JobRun job;
-    job.Prepare("groups/signals.h", "groups/database.txt");
-    job.Run();
-    EXPECT_EQ(kBanner + Stages(1, 1, 3), job.result.out);
-    EXPECT_EQ("", job.result.err);
-    EXPECT_EQ(testsupport::ReadFile(kData + "groups/expected_database.txt"), job.Database());
-}
-
-TEST(WholeJob, MissingHeaderRewritesLoadedDatabase) {
-    JobRun job;
-    job.Prepare("", "missing_header/database.txt");
-    job.Run("-Smissing.h");
-    EXPECT_EQ(kBanner + "Error : Could not open file missing.h to read.\n", job.result.out);
-    EXPECT_EQ("", job.result.err);
-    EXPECT_EQ(testsupport::ReadFile(kData + "missing_header/expected_database.txt"), job.Database());
-}
-
-TEST(WholeJob, DoNotPreprocessMarkerSkipsHeader) {
-    JobRun job;
-    job.Prepare("no_preprocess/signals.h", "no_preprocess/database.txt");
-    job.Run();
-    EXPECT_EQ(kBanner + Stages(0, 0, 0), job.result.out);
-    // The line after the marker is still read once, so its directive is handled.
-    EXPECT_EQ("#else without matching if found on line 1\n", job.result.err);
-    EXPECT_EQ(testsupport::ReadFile(kData + "no_preprocess/expected_database.txt"), job.Database());
+TEST(WholeJob, OneRunOnEachCase) {
+    struct Row {
+        char const* header;    // under tests/data/signals/, copied in as signals.h; "" for none
+        char const* database;  // likewise, copied in as database.txt
+        char const* headerArg;
+        std::string out, err;
+        char const* expected;  // the rewritten database file
+    } const rows[] = {
+        // Enumerations new, aliased and already stored.
+        {"enums/signals.h", "enums/database.txt", "-Ssignals.h",
+         kBanner + Stages(3, 0, 0, "Enum 'StoredEnum' exist in Database!\n"),
+         "#endif without matching if found on line 12 on file signals.h\n", "enums/expected_database.txt"},
+        // Unions replace the stored ones, with every member kind.
+        {"unions/signals.h", "unions/database.txt", "-Ssignals.h", kBanner + Stages(1, 2, 1), "",
+         "unions/expected_database.txt"},
+        // Structures become signals without a database file.
+        {"structs/signals.h", "", "-Ssignals.h", kBanner + kNoDatabase + Stages(1, 1, 2), "",
+         "structs/expected_database.txt"},
+        // Signal groups and the signal table replace the loaded ones.
+        {"groups/signals.h", "groups/database.txt", "-Ssignals.h", kBanner + Stages(1, 1, 3), "",
+         "groups/expected_database.txt"},
+        // A missing header still rewrites the loaded database.
+        {"", "missing_header/database.txt", "-Smissing.h", kBanner + "Error : Could not open file missing.h to read.\n",
+         "", "missing_header/expected_database.txt"},
+        // The do-not-preprocess marker skips the header; the line after it is
+        // still read once, so its directive is handled.
+        {"no_preprocess/signals.h", "no_preprocess/database.txt", "-Ssignals.h", kBanner + Stages(0, 0, 0),
+         "#else without matching if found on line 1\n", "no_preprocess/expected_database.txt"},
+    };
+    for (Row const& row : rows) {
+        JobRun job;
+        job.Prepare(row.header, row.database);
+        job.Run(row.headerArg);
+        EXPECT_EQ(0, job.result.status) << row.expected;
+        EXPECT_EQ(row.out, job.result.out) << row.expected;
+        EXPECT_EQ(row.err, job.result.err) << row.expected;
+        EXPECT_EQ(testsupport::ReadFile(kData + row.expected), job.Database()) << row.expected;
+    }
 }
 
 // The first run normalises what only the database holds (a union read back
