@@ -71,44 +71,25 @@ RunResult Run(std::string const& program, std::initializer_list<std::string> arg
     return result;
 }
 
-namespace {
-
-int Redirect(int fd, std::string& file) {
+CaptureFd::CaptureFd(int fd) : m_fd(fd) {
     char pattern[] = "/tmp/ksman_capture_XXXXXX";
     int tmp = mkstemp(pattern);
-    file = pattern;
+    m_file = pattern;
     std::fflush(fd == 1 ? stdout : stderr);
-    int saved = dup(fd);
+    m_saved = dup(fd);
     dup2(tmp, fd);
     close(tmp);
-    return saved;
 }
 
-std::string Restore(int fd, int saved, std::string const& file) {
-    std::fflush(fd == 1 ? stdout : stderr);
-    dup2(saved, fd);
-    close(saved);
-    std::string text = ReadFile(file);
-    std::remove(file.c_str());
+std::string CaptureFd::Stop() {
+    if (m_stopped) return "";
+    m_stopped = true;
+    std::fflush(m_fd == 1 ? stdout : stderr);
+    dup2(m_saved, m_fd);
+    close(m_saved);
+    std::string text = ReadFile(m_file);
+    std::remove(m_file.c_str());
     return text;
-}
-
-}  // namespace
-
-CaptureStdout::CaptureStdout() { m_saved = Redirect(1, m_file); }
-CaptureStdout::~CaptureStdout() { Stop(); }
-std::string CaptureStdout::Stop() {
-    if (m_stopped) return "";
-    m_stopped = true;
-    return Restore(1, m_saved, m_file);
-}
-
-CaptureStderr::CaptureStderr() { m_saved = Redirect(2, m_file); }
-CaptureStderr::~CaptureStderr() { Stop(); }
-std::string CaptureStderr::Stop() {
-    if (m_stopped) return "";
-    m_stopped = true;
-    return Restore(2, m_saved, m_file);
 }
 
 }  // namespace testsupport

@@ -33,30 +33,27 @@ struct RunResult {
 // Runs program with args (each passed as one argument) in workDir.
 RunResult Run(std::string const& program, std::initializer_list<std::string> args, std::string const& workDir);
 
-// Captures what the calling process writes to stdout (fd 1) between construction and Stop().
-class CaptureStdout {
+// Captures what the calling process writes to fd (1 or 2) between construction and Stop().
+class CaptureFd {
 public:
-    CaptureStdout();
-    ~CaptureStdout();
+    explicit CaptureFd(int fd);
+    ~CaptureFd() { Stop(); }
+    CaptureFd(CaptureFd const&) = delete;
+    CaptureFd& operator=(CaptureFd const&) = delete;
     std::string Stop();
 
 private:
+    int m_fd;
     int m_saved = -1;
     std::string m_file;
     bool m_stopped = false;
 };
 
-// The same for stderr (fd 2).
-class CaptureStderr {
-public:
-    CaptureStderr();
-    ~CaptureStderr();
-    std::string Stop();
-
-private:
-    int m_saved = -1;
-    std::string m_file;
-    bool m_stopped = false;
+struct CaptureStdout : CaptureFd {
+    CaptureStdout() : CaptureFd(1) {}
+};
+struct CaptureStderr : CaptureFd {
+    CaptureStderr() : CaptureFd(2) {}
 };
 
 }  // namespace testsupport
