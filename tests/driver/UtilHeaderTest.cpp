@@ -36,7 +36,7 @@ TEST(UtilHeader, GeneratesPackedHeaderWithEnumerationsByRange) {
     EXPECT_EQ(0, r.status);
     EXPECT_EQ("", r.out);
     EXPECT_EQ("", r.err);
-    EXPECT_EQ(ReadFile(kData + "out_by_range.h"), ReadFile(dir.File("out.h")));
+    EXPECT_EQ(ReadFile(kData + "out_by_range.expected.txt"), ReadFile(dir.File("out.h")));
 }
 
 TEST(UtilHeader, FourByteCompilerWritesEnumerationTypeAndSticks) {
@@ -45,7 +45,7 @@ TEST(UtilHeader, FourByteCompilerWritesEnumerationTypeAndSticks) {
     RunResult r =
         Util({"header", "-cBrantove", "-s" + kData + "signals.h", "-Cgcc", "-oignored.h", "-Oout.h"}, dir.Path());
     EXPECT_EQ(0, r.status);
-    EXPECT_EQ(ReadFile(kData + "out_four_bytes.h"), ReadFile(dir.File("out.h")));
+    EXPECT_EQ(ReadFile(kData + "out_four_bytes.expected.txt"), ReadFile(dir.File("out.h")));
     EXPECT_FALSE(FileExists(dir.File("ignored.h")));
 }
 
