@@ -18,6 +18,8 @@
 #pragma once
 
 #include <cstdint>
+#include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include "CFile.h"
@@ -367,4 +369,16 @@ public:
     void ReadTypedefAlias(CFile* file, CString const& word);
     void ReadTypedefRest(CFile* file, CString current, CString& type);
     void MapTypedefAlias(CString const& alias, CString const& type);
+    // ---- typedef chains followed once (ParseS2T_FieldTypes.cpp)
+    // Every text met on a chain ResolveTypeAlias or FollowSizeofAlias has
+    // followed, with its answer, so that a long chain named many times costs
+    // its length only once. DropResolvedAliases empties them when a new alias
+    // could change an answer.
+    void DropResolvedAliases(CString const& alias);
+    // The text sizeof sizes: the chain is followed without dropping
+    // "volatile" and stops before a text already met.
+    CString FollowSizeofAlias(CString const& type);
+    std::unordered_map<CString, CString, CStringKeyHash> m_ResolvedAliases;
+    std::unordered_map<CString, CString, CStringKeyHash> m_SizeofAliases;
+    std::unordered_set<CString, CStringKeyHash> m_AliasChainEnds;  // answers that are no alias
 };

@@ -155,7 +155,9 @@ void CParseS2T::ReadTypedefRest(CFile* file, CString current, CString& type) {
 
 void CParseS2T::MapTypedefAlias(CString const& alias, CString const& type) {
     // An empty alias (a name made only of "*") would map the empty word; skipped.
-    if (!alias.IsEmpty() && alias != type) m_TypedefMap.SetAt(alias, type);
+    if (alias.IsEmpty() || alias == type) return;
+    DropResolvedAliases(alias);
+    m_TypedefMap.SetAt(alias, type);
 }
 
 bool MakeAbsolutePath(CString& path, CString& base) {

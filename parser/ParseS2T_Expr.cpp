@@ -5,16 +5,10 @@
 // enumerators parsed so far (through m_EnumIndex), then the define table.
 #include "ParseS2T.h"
 
-#include <unordered_set>
-
 #include "NumberText.h"
 #include "ParserTexts.h"
 
 namespace {
-
-struct CStringHash {
-    size_t operator()(CString const& s) const { return HashKey(s); }
-};
 
 // Signed 32-bit arithmetic that wraps as the target's did.
 int32_t Wrap(uint32_t value) { return static_cast<int32_t>(value); }
@@ -155,12 +149,7 @@ int32_t CParseS2T::CalcSizeOf(CFile* file) {
     CString type = GetToken(file);
     // A chain of typedefs is followed to its end; one that comes back to a text
     // already met stops there.
-    std::unordered_set<CString, CStringHash> seen;
-    seen.insert(type);
-    for (CString const* next = m_TypedefMap.Find(type); next && seen.insert(*next).second;
-         next = m_TypedefMap.Find(type)) {
-        type = *next;
-    }
+    type = FollowSizeofAlias(type);
     int32_t size = -1;
     if (type.EndsWith("char")) size = 1;
     else if (type.EndsWith("short")) size = 2;

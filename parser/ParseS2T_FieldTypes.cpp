@@ -5,7 +5,9 @@
 // Called by the structure and union parsers for every field they read.
 #include "ParseS2T.h"
 
-#include <unordered_set>
+#include <cstdint>
+#include <unordered_map>
+#include <vector>
 
 #include "ParserTexts.h"
 
@@ -69,15 +71,82 @@ bool CParseS2T::IsPrimitiveTypeName(CString const& type) {
 
 CString CParseS2T::ResolveTypeAlias(CString text) {
     // A chain of aliases that comes back to a text already seen stops there,
-    // so that a looping typedef cannot hold the parse.
-    std::unordered_set<CString, CStringKeyHash> seen;
+    // so that a looping typedef cannot hold the parse: the answer is the first
+    // text met twice, which for a text on the loop is that text itself.
+    std::vector<CString> path;
+    std::unordered_map<CString, size_t, CStringKeyHash> seen;
+    size_t loopStart = SIZE_MAX;
+    CString answer;
     for (;;) {
         if (text.Find(kVolatile) >= 0) text = text.Mid(9);
+        auto known = m_ResolvedAliases.find(text);
+        if (known != m_ResolvedAliases.end()) {
+            answer = known->second;
+            break;
+        }
         CString const* alias = m_TypedefMap.Find(text);
-        if (!alias) return text;
-        if (!seen.insert(text).second) return text;
+        if (!alias) {
+            answer = text;
+            m_AliasChainEnds.insert(text);
+            break;
+        }
+        auto met = seen.emplace(text, path.size());
+        if (!met.second) {
+            answer = text;
+            loopStart = met.first->second;
+            break;
+        }
+        path.push_back(text);
         text = *alias;
     }
+    for (size_t i = 0; i < path.size(); ++i)
+        m_ResolvedAliases.emplace(path[i], loopStart != SIZE_MAX && i > loopStart ? path[i] : answer);
+    return answer;
+}
+
+CString CParseS2T::FollowSizeofAlias(CString const& type) {
+    auto known = m_SizeofAliases.find(type);
+    if (known != m_SizeofAliases.end()) return known->second;
+    // The answer is the last text before the chain ends or comes back to a
+    // text already met; for a text on a loop, the one before it on the loop.
+    std::vector<CString> path{type};
+    std::unordered_map<CString, size_t, CStringKeyHash> seen{{type, 0}};
+    size_t loopStart = SIZE_MAX;
+    CString answer;
+    for (;;) {
+        CString const* next = m_TypedefMap.Find(path.back());
+        if (!next) {
+            answer = path.back();
+            m_AliasChainEnds.insert(answer);
+            break;
+        }
+        auto met = seen.find(*next);
+        if (met != seen.end()) {
+            answer = path.back();
+            loopStart = met->second;
+            break;
+        }
+        known = m_SizeofAliases.find(*next);
+        if (known != m_SizeofAliases.end()) {
+            answer = known->second;
+            break;
+        }
+        seen.emplace(*next, path.size());
+        path.push_back(*next);
+    }
+    for (size_t i = 0; i < path.size(); ++i)
+        m_SizeofAliases.emplace(path[i], loopStart != SIZE_MAX && i > loopStart ? path[i - 1] : answer);
+    return answer;
+}
+
+void CParseS2T::DropResolvedAliases(CString const& alias) {
+    // A new alias changes an answer only when it redefines a text already
+    // mapped or maps a text that some chain ended at.
+    if (m_ResolvedAliases.empty() && m_SizeofAliases.empty()) return;
+    if (!m_TypedefMap.Find(alias) && m_AliasChainEnds.find(alias) == m_AliasChainEnds.end()) return;
+    m_ResolvedAliases.clear();
+    m_SizeofAliases.clear();
+    m_AliasChainEnds.clear();
 }
 
 CString CParseS2T::ResolveFieldType(CFile* file, CString const& first, CString& pending) {

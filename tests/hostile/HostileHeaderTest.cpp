@@ -121,7 +121,16 @@ TEST(HostileHeader, CyclesLimitsAndHugeSizes) {
     for (int i = 0; i < 6000; ++i) defines += "#define D" + std::to_string(i) + " " + std::to_string(i) + "\n";
     std::string enumerators;
     for (int i = 0; i < 6000; ++i) enumerators += "E" + std::to_string(i) + " = D" + std::to_string(i) + ",\n";
+    std::string chain = "typedef long T0;\n";
+    std::string chainUses = "typedef struct {\n";
+    for (int i = 0; i < 20000; ++i) {
+        chain += "typedef T" + std::to_string(i) + " T" + std::to_string(i + 1) + ";\n";
+        chainUses += "T20000 f" + std::to_string(i) + "; char s" + std::to_string(i) + "[sizeof(T20000)];\n";
+    }
     ExpectAllSurvive({
+        {"20,000 typedefs in a chain named 40,000 times", chain + chainUses + "} Chained;\n"},
+        {"a loop of 20,001 typedefs named 40,000 times",
+         "typedef T20000 T0;\n" + chain.substr(chain.find('\n') + 1) + chainUses + "} Looped;\n"},
         {"typedef cycles",
          "typedef A B;\ntypedef B C;\ntypedef C A;\ntypedef T T;\n"
          "typedef struct { A x; B y[sizeof(C)]; C *z; T t; } Cyc;\n"},
