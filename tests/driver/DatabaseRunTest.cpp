@@ -26,32 +26,27 @@ testsupport::RunResult RunOn(std::string const* text, std::string& rewritten) {
     return run;
 }
 
-TEST(DatabaseRun, EmptyRunWritesThirteenSections) {
-    std::string file;
-    testsupport::RunResult run = RunOn(nullptr, file);
-    EXPECT_EQ(0, run.status);
-    EXPECT_EQ(kBanner + "Error : Could not open file db.txt to read.\n" + kNoHeader, run.out);
-    EXPECT_EQ(ReadFile(kData + "empty.expected.txt"), file);
-}
-
-TEST(DatabaseRun, EverySectionFileIsRewritten) {
-    std::string file;
-    std::string text = ReadFile(kData + "every_section.txt");
-    testsupport::RunResult run = RunOn(&text, file);
-    EXPECT_EQ(0, run.status);
-    EXPECT_EQ(kBanner + kNoHeader, run.out);
-    EXPECT_EQ(ReadFile(kData + "every_section.expected.txt"), file);
-}
-
-TEST(DatabaseRun, MissingEndRunsSectionToEndOfFile) {
-    std::string file, text = "DbVersion\n4,1\n<end>\nnvm\nS,,,,,0,0,,d\n\nS,,f,int,int,1,0,,\nEnumsTitle\nE,0,,x";
-    RunOn(&text, file);
-    std::string expected = ReadFile(kData + "empty.expected.txt");
-    expected.replace(expected.find("0,0\n"), 4, "4,1\n");
-    // The empty line makes a structure without a name; "EnumsTitle" reuses it
-    // and "E,0,,x" is the header of a structure named "0".
-    expected.insert(expected.find("nvm\n") + 4, "S,,,,,0,0,,d\nS,,f,int,int,1,0,,\n,,,,,0,0,,\n0,,,,,0,0,,x\n");
-    EXPECT_EQ(expected, file);
+TEST(DatabaseRun, FilesAreRewritten) {
+    std::string const loaded = kBanner + kNoHeader;
+    struct Row {
+        char const* input;  // under tests/data/database/; "" for no file
+        std::string out;
+        char const* expected;
+    } const rows[] = {
+        {"", kBanner + "Error : Could not open file db.txt to read.\n" + kNoHeader, "empty.expected.txt"},
+        {"every_section.txt", loaded, "every_section.expected.txt"},
+        // A missing "<end>" runs the section to the end of the file. The empty
+        // line makes a structure without a name; "EnumsTitle" reuses it and
+        // "E,0,,x" is the header of a structure named "0".
+        {"missing_end.txt", loaded, "missing_end.expected.txt"},
+    };
+    for (Row const& row : rows) {
+        std::string file, text = ReadFile(kData + row.input);
+        testsupport::RunResult run = RunOn(*row.input ? &text : nullptr, file);
+        EXPECT_EQ(0, run.status) << row.expected;
+        EXPECT_EQ(row.out, run.out) << row.expected;
+        EXPECT_EQ(ReadFile(kData + row.expected), file);
+    }
 }
 
 // The empty store's file with lines inserted right after the first occurrence
