@@ -115,7 +115,9 @@ public:
     friend bool operator!=(char const* a, CString const& b) { return !b.IsEqual(a); }
 
 private:
-    static constexpr int32_t kInline = 24;
+    // 16 bytes keep a string at 32 bytes: records hold many strings, most of
+    // them empty or short names.
+    static constexpr int32_t kInline = 16;
 
     // Makes room for n characters plus a terminator, keeping the old characters;
     // sets the length to n.
