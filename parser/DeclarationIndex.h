@@ -129,28 +129,67 @@ public:
     T* First(List const& list, int32_t family, CString const& key) {
         Sync(list);
         auto const* filed = Filed(family, key);
-        return filed ? filed->front().second : nullptr;
+        return filed ? filed->Front() : nullptr;
     }
     // The first object filed under key other than except.
     T* FirstExcept(List const& list, int32_t family, CString const& key, T const* except) {
         Sync(list);
         auto const* filed = Filed(family, key);
-        if (!filed) return nullptr;
-        for (auto const& entry : *filed) {
-            if (entry.second != except) return entry.second;
-        }
-        return nullptr;
+        return filed ? filed->FirstExcept(except) : nullptr;
     }
     T* Last(List const& list, int32_t family, CString const& key) {
         Sync(list);
         auto const* filed = Filed(family, key);
-        return filed ? filed->back().second : nullptr;
+        return filed ? filed->Back() : nullptr;
     }
 
 private:
-    // The objects filed under one key, by sequence number (list order); most
-    // keys name one object, so a short sorted array serves.
-    using Bucket = std::vector<std::pair<uint64_t, T*>>;
+    // The objects filed under one key, by sequence number (list order). Most
+    // keys name one object, which is held in place; the others follow in a
+    // sorted array.
+    class Bucket {
+    public:
+        using Filed = std::pair<uint64_t, T*>;
+        bool Empty() const { return m_first.second == nullptr; }
+        T* Front() const { return m_first.second; }
+        T* Back() const { return m_more.empty() ? m_first.second : m_more.back().second; }
+        T* FirstExcept(T const* except) const {
+            if (m_first.second != except) return m_first.second;
+            return m_more.empty() ? nullptr : m_more.front().second;
+        }
+        // False when seq is filed here already.
+        bool Insert(uint64_t seq, T* object) {
+            if (Empty()) {
+                m_first = Filed(seq, object);
+                return true;
+            }
+            if (seq == m_first.first) return false;
+            Filed entry(seq, object);
+            if (seq < m_first.first) std::swap(entry, m_first);
+            auto at = Position(entry.first);
+            if (at != m_more.end() && at->first == entry.first) return false;
+            m_more.insert(at, entry);
+            return true;
+        }
+        void Erase(uint64_t seq) {
+            if (Empty()) return;
+            if (seq == m_first.first) {
+                m_first = m_more.empty() ? Filed(0, nullptr) : m_more.front();
+                if (!m_more.empty()) m_more.erase(m_more.begin());
+                return;
+            }
+            auto at = Position(seq);
+            if (at != m_more.end() && at->first == seq) m_more.erase(at);
+        }
+
+    private:
+        typename std::vector<Filed>::iterator Position(uint64_t seq) {
+            return std::lower_bound(m_more.begin(), m_more.end(), seq,
+                                    [](Filed const& e, uint64_t s) { return e.first < s; });
+        }
+        Filed m_first{0, nullptr};
+        std::vector<Filed> m_more;
+    };
     using Family = std::unordered_map<CString, Bucket, CStringKeyHash>;
     struct Entry {
         void* pos = nullptr;
@@ -192,12 +231,8 @@ private:
             KEYS::Keys(object, family, keys);
             for (CString const& key : keys) {
                 auto& filed = *m_Families[family].try_emplace(key).first;
-                Bucket& bucket = filed.second;
-                auto at = std::lower_bound(bucket.begin(), bucket.end(), seq,
-                                           [](std::pair<uint64_t, T*> const& e, uint64_t s) { return e.first < s; });
-                if (at != bucket.end() && at->first == seq) continue;  // a second name alike in one family
-                bucket.insert(at, std::make_pair(seq, object));
-                entry.keys.emplace_back(family, &filed);
+                // A second name alike in one family is filed once.
+                if (filed.second.Insert(seq, object)) entry.keys.emplace_back(family, &filed);
             }
         }
     }
@@ -207,10 +242,8 @@ private:
         uint64_t seq = found->second.seq;
         for (auto const& filed : found->second.keys) {
             Bucket& bucket = filed.second->second;
-            auto at = std::lower_bound(bucket.begin(), bucket.end(), seq,
-                                       [](std::pair<uint64_t, T*> const& e, uint64_t s) { return e.first < s; });
-            if (at != bucket.end() && at->first == seq) bucket.erase(at);
-            if (!bucket.empty()) continue;
+            bucket.Erase(seq);
+            if (!bucket.Empty()) continue;
             CString key = filed.second->first;  // the element goes with the erase
             m_Families[filed.first].erase(key);
         }
