@@ -6,7 +6,10 @@
 #include "ParseS2T.h"
 
 #include <cstdint>
+#include <iterator>
+#include <string_view>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include "ParserTexts.h"
@@ -41,13 +44,23 @@ STypeSpelling const kTypeSpellings[] = {
     {"__int64", "long64"},
 };
 
-template <size_t N>
-bool IsOneOf(CString const& text, char const* const (&names)[N]) {
-    for (char const* name : names) {
-        if (text == name) return true;
+// A fixed list of names as a set: one look-up, instead of a comparison with
+// every name, for each field a header declares.
+class CNameSet {
+public:
+    template <size_t N>
+    explicit CNameSet(char const* const (&names)[N]) : m_names(std::begin(names), std::end(names)) {}
+    // Exact, by length: a text holding a NUL is none of the names.
+    bool Holds(CString const& text) const {
+        return m_names.count(std::string_view(text.GetData(), static_cast<size_t>(text.GetLength()))) != 0;
     }
-    return false;
-}
+
+private:
+    std::unordered_set<std::string_view> m_names;
+};
+
+CNameSet const kIntTypes(kIntTypeNames);
+CNameSet const kCharTypes(kCharTypeNames);
 
 }  // namespace
 
@@ -66,7 +79,7 @@ bool CParseS2T::IsReservedKeyword(CString const& word) {
 }
 
 bool CParseS2T::IsPrimitiveTypeName(CString const& type) {
-    return IsOneOf(type, kIntTypeNames) || IsOneOf(type, kCharTypeNames);
+    return kIntTypes.Holds(type) || kCharTypes.Holds(type);
 }
 
 CString CParseS2T::ResolveTypeAlias(CString text) {
@@ -187,8 +200,8 @@ CString CParseS2T::NormaliseTypeName(CString const& text) {
 
 int32_t CParseS2T::SelectFieldKind(CString const& type) {
     int32_t kind = FIELD_STRUCT;
-    if (IsOneOf(type, kIntTypeNames)) kind = FIELD_INT;
-    else if (IsOneOf(type, kCharTypeNames)) kind = FIELD_CHAR;
+    if (kIntTypes.Holds(type)) kind = FIELD_INT;
+    else if (kCharTypes.Holds(type)) kind = FIELD_CHAR;
     else if (FindEnumByName(type)) kind = FIELD_ENUM;
     else if (FindUnionByName(type)) kind = FIELD_UNION;
     if (type == "void") kind = FIELD_CHAR;
