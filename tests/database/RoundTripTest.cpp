@@ -1,8 +1,9 @@
-// Loading a database file and writing it back. The first pass rewrites the
-// records the loader reads differently from how they were written; a second
-// pass gives the same bytes again, except for union members of enumeration,
-// union and pointer kind, whose kind word and type text trade columns on every
-// pass, so they alternate between two forms.
+// Loading a database file and writing it back twice. The first pass, pinned by
+// the end-to-end database run, rewrites the records the loader reads
+// differently from how they were written; a second pass gives the same bytes
+// again, except for union members of enumeration, union and pointer kind,
+// whose kind word and type text trade columns on every pass, so they alternate
+// between two forms.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -32,10 +33,6 @@ std::string LoadAndWrite(std::string const& text) {
     writer.WriteDB();
     writer.Close();
     return ReadFile(path);
-}
-
-TEST(DatabaseRoundTrip, FirstPassRewritesEverySection) {
-    EXPECT_EQ(ReadFile(KS_TEST_DATA_DIR "/database/every_section.expected.txt"), LoadAndWrite(ReadFile(kEverySection)));
 }
 
 TEST(DatabaseRoundTrip, SecondPassRepeatsFirstButAlternatingUnionMembers) {
