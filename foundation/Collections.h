@@ -457,6 +457,16 @@ public:
         for (uint32_t i = 0; i < m_nSize; ++i) m_pData[i] = T();
         m_nSize = 0;
     }
+    // Gives back the slots past the size, for an array that is complete: a
+    // large database holds many short field lists.
+    void FreeExtra() {
+        if (m_nCapacity == m_nSize) return;
+        T* block = m_nSize ? new T[m_nSize] : nullptr;
+        for (uint32_t i = 0; i < m_nSize; ++i) block[i] = std::move(m_pData[i]);
+        delete[] m_pData;
+        m_pData = block;
+        m_nCapacity = m_nSize;
+    }
 
 private:
     // Small arrays double from 4 up to the growth step, so that the many short

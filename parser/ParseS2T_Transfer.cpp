@@ -127,6 +127,7 @@ void CParseS2T::WriteUnions() {
             FillUnionMember(*this, field, *member);
             record->AddField(&field);
         }
+        record->m_Fields.FreeExtra();  // the union is complete
     }
     std::printf(kTotalUnions, count);
 }

@@ -130,6 +130,21 @@ TEST(MyArray, GrowsSmallThenByTheStep) {
     EXPECT_EQ(50, array.GetTail());
 }
 
+TEST(MyArray, FreeExtraKeepsTheElementsAndDropsTheSpareSlots) {
+    CArray<CString> array;
+    for (char const* text : {"a", "bb", "a text longer than the inline buffer"}) array.Add(CString(text));
+    EXPECT_EQ(4u, array.GetCapacity());
+    array.FreeExtra();
+    EXPECT_EQ(3u, array.GetCapacity());
+    EXPECT_STREQ("a text longer than the inline buffer", array.GetAt(2).GetData());
+    array.Add(CString("d"));  // grows again from the exact size
+    EXPECT_EQ(4u, array.GetSize());
+    array.RemoveAll();
+    array.FreeExtra();
+    EXPECT_EQ(0u, array.GetCapacity());
+    EXPECT_EQ(nullptr, array.GetHeadPosition());
+}
+
 TEST(MyArray, RemoveAtTakesAnInclusiveLastIndex) {
     struct Row {
         uint32_t first, last;
