@@ -358,11 +358,12 @@ bool IsDirectory(CFile const& file) {
     return fstat(fileno(file.GetStream()), &info) == 0 && S_ISDIR(info.st_mode);
 }
 
-// Fields arrive line by line into arrays that grow by doubling; once the file
-// is read, the slots no record will use are given back.
+// Fields and enumerators arrive line by line into arrays that grow by
+// doubling; once the file is read, the slots no record will use are given back.
 void FreeExtraFieldSlots(CStorage& storage) {
     for (void* pos = storage.Structs().GetHeadPosition(); pos;) storage.Structs().GetNext(pos)->m_Fields.FreeExtra();
     for (void* pos = storage.Unions().GetHeadPosition(); pos;) storage.Unions().GetNext(pos)->m_Fields.FreeExtra();
+    for (void* pos = storage.Enums().GetHeadPosition(); pos;) storage.Enums().GetNext(pos)->m_Fields.FreeExtra();
 }
 
 }  // namespace

@@ -46,6 +46,7 @@ void TransferEnum(CStorage& store, CEnum const& parsed, CString const& name) {
             record->AddField(value->m_strName, value->m_nValue);
         }
     }
+    record->m_Fields.FreeExtra();
     store.AddEnum(record);
 }
 
