@@ -13,6 +13,7 @@
 #include <cstdint>
 #include <cstddef>
 #include <algorithm>
+#include <memory>
 #include <unordered_map>
 #include <utility>
 #include <vector>
@@ -191,12 +192,38 @@ private:
         std::vector<Filed> m_more;
     };
     using Family = std::unordered_map<CString, Bucket, CStringKeyHash>;
+    // Where an object is filed: the family and its element (elements of an
+    // unordered_map keep their address), so no name is copied twice. Up to
+    // three places, the usual count, are held in place; any further ones in an
+    // array of their own.
+    class FiledKeys {
+    public:
+        using Place = typename Family::value_type*;
+        void Add(int32_t family, Place place) {
+            if (m_nCount < kInPlace) {
+                m_families[m_nCount] = static_cast<int8_t>(family);
+                m_places[m_nCount] = place;
+            } else {
+                if (!m_pMore) m_pMore = std::make_unique<std::vector<std::pair<int32_t, Place>>>();
+                m_pMore->emplace_back(family, place);
+            }
+            ++m_nCount;
+        }
+        int32_t Count() const { return m_nCount; }
+        int32_t FamilyAt(int32_t i) const { return i < kInPlace ? m_families[i] : (*m_pMore)[i - kInPlace].first; }
+        Place PlaceAt(int32_t i) const { return i < kInPlace ? m_places[i] : (*m_pMore)[i - kInPlace].second; }
+
+    private:
+        static constexpr int32_t kInPlace = 3;
+        Place m_places[kInPlace] = {};
+        int8_t m_families[kInPlace] = {};
+        int32_t m_nCount = 0;
+        std::unique_ptr<std::vector<std::pair<int32_t, Place>>> m_pMore;
+    };
     struct Entry {
         void* pos = nullptr;
         uint64_t seq = 0;
-        // Where the object is filed: the family and its element (elements of
-        // an unordered_map keep their address), so no name is copied twice.
-        std::vector<std::pair<int32_t, typename Family::value_type*>> keys;
+        FiledKeys keys;
     };
 
     bool Matches(List const& list) const {
@@ -232,7 +259,7 @@ private:
             for (CString const& key : keys) {
                 auto& filed = *m_Families[family].try_emplace(key).first;
                 // A second name alike in one family is filed once.
-                if (filed.second.Insert(seq, object)) entry.keys.emplace_back(family, &filed);
+                if (filed.second.Insert(seq, object)) entry.keys.Add(family, &filed);
             }
         }
     }
@@ -240,12 +267,13 @@ private:
         auto found = m_Objects.find(object);
         if (found == m_Objects.end()) return;
         uint64_t seq = found->second.seq;
-        for (auto const& filed : found->second.keys) {
-            Bucket& bucket = filed.second->second;
+        FiledKeys const& keys = found->second.keys;
+        for (int32_t i = 0; i < keys.Count(); ++i) {
+            Bucket& bucket = keys.PlaceAt(i)->second;
             bucket.Erase(seq);
             if (!bucket.Empty()) continue;
-            CString key = filed.second->first;  // the element goes with the erase
-            m_Families[filed.first].erase(key);
+            CString key = keys.PlaceAt(i)->first;  // the element goes with the erase
+            m_Families[keys.FamilyAt(i)].erase(key);
         }
         m_Objects.erase(found);
     }

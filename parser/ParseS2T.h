@@ -18,6 +18,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <unordered_map>
 #include <unordered_set>
 #include <vector>
@@ -247,10 +248,37 @@ public:
         int32_t nOrdinal;  // position of the enumeration in m_EnumList
         int32_t nValue;
     };
+    // The entries of one enumerator name, in list order. Nearly every name has
+    // one, which is held in place; a name repeated across enumerations keeps
+    // the others in an array of their own.
+    class CEnumIndexEntries {
+    public:
+        int32_t size() const { return m_nCount; }
+        bool empty() const { return m_nCount == 0; }
+        SEnumIndexEntry const& operator[](int32_t i) const { return i == 0 ? m_first : (*m_pMore)[i - 1]; }
+        SEnumIndexEntry const& back() const { return (*this)[m_nCount - 1]; }
+        void push_back(SEnumIndexEntry entry) {
+            if (m_nCount++ == 0) {
+                m_first = entry;
+                return;
+            }
+            if (!m_pMore) m_pMore = std::make_unique<std::vector<SEnumIndexEntry>>();
+            m_pMore->push_back(entry);
+        }
+        void pop_back() {
+            if (m_nCount > 1) m_pMore->pop_back();
+            if (m_nCount > 0) --m_nCount;
+        }
+
+    private:
+        SEnumIndexEntry m_first{0, 0};
+        int32_t m_nCount = 0;
+        std::unique_ptr<std::vector<SEnumIndexEntry>> m_pMore;
+    };
     // Enumerator name -> the first enumerator of that name in each enumeration,
     // in list order. Holds every enumerator but the newest one of the last
     // enumeration, whose value may still change; that one is read in place.
-    CMapStringTo<std::vector<SEnumIndexEntry>> m_EnumIndex{4099};
+    CMapStringTo<CEnumIndexEntries> m_EnumIndex{4099};
     int32_t m_nEnumsIndexed = 0;           // leading enumerations indexed completely
     void* m_posLastEnumIndexed = nullptr;  // list position of the last of them
     CEnum* m_pEnumPartial = nullptr;       // the enumeration after them, indexed in part

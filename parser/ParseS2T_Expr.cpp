@@ -164,9 +164,9 @@ int32_t CParseS2T::FindEnumVal(CString const& name) {
     SyncEnumIndex();
     int32_t tailOrdinal = m_EnumList.GetCount() - 1;
     bool tailHasName = false;
-    if (std::vector<SEnumIndexEntry> const* entries = m_EnumIndex.Find(name)) {
-        for (SEnumIndexEntry const& entry : *entries) {
-            if (entry.nValue != kNoValue) return entry.nValue;
+    if (CEnumIndexEntries const* entries = m_EnumIndex.Find(name)) {
+        for (int32_t i = 0; i < entries->size(); ++i) {
+            if ((*entries)[i].nValue != kNoValue) return (*entries)[i].nValue;
         }
         tailHasName = !entries->empty() && entries->back().nOrdinal == tailOrdinal;
     }
@@ -194,7 +194,7 @@ void CParseS2T::NoteEnumListChanges() {
 
 void CParseS2T::DropPartialEnum() {
     for (CString const& name : m_PartialNames) {
-        std::vector<SEnumIndexEntry>& entries = m_EnumIndex[name];
+        CEnumIndexEntries& entries = m_EnumIndex[name];
         if (!entries.empty() && entries.back().nOrdinal == m_nEnumsIndexed) entries.pop_back();
     }
     m_PartialNames.clear();
@@ -262,7 +262,7 @@ void CParseS2T::IndexEnumValues(CEnum* enumeration, int32_t limit) {
         CDefines* value = static_cast<CDefines*>(enumeration->m_lstValues.GetNext(pos));
         if (value) {
             // Only the first enumerator of a name in each enumeration answers.
-            std::vector<SEnumIndexEntry>& entries = m_EnumIndex[value->m_strName];
+            CEnumIndexEntries& entries = m_EnumIndex[value->m_strName];
             if (entries.empty() || entries.back().nOrdinal != m_nEnumsIndexed) {
                 entries.push_back(SEnumIndexEntry{m_nEnumsIndexed, value->m_nValue});
                 m_PartialNames.push_back(value->m_strName);
