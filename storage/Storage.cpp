@@ -247,7 +247,13 @@ void CStorage::AddMonitor(stMonitor* monitor, CString const& name) {
 
 void CStorage::AddGroup(stGroup* group) {
     if (!group) return;
-    m_GroupIds.SetAt(group->m_nBaseValue, m_Groups.AddSort(group));
+    // The list stays sorted by base value, equal values in insertion order: a
+    // new group goes before the first group of a greater value, as AddSort
+    // would put it, found through the ordered index.
+    auto greater = m_GroupOrder.upper_bound(group->m_nBaseValue);
+    void* pos = greater == m_GroupOrder.end() ? m_Groups.AddTail(group) : m_Groups.InsertBefore(greater->second, group);
+    m_GroupOrder.emplace(group->m_nBaseValue, pos);
+    m_GroupIds.SetAt(group->m_nBaseValue, pos);
 }
 
 void CStorage::AddUnionIdentifier(CString const& unionName, CString const& identifier) {

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 
 #include "CString.h"
 #include "Collections.h"
@@ -139,6 +140,9 @@ private:
     CMap<int32_t, int32_t, void*, void*> m_CommandIds;
     CMap<int32_t, int32_t, void*, void*> m_ReportIds;
     CMap<int32_t, int32_t, void*, void*> m_GroupIds;
+    // Base value -> list position of the first group with it: where AddGroup
+    // inserts is found without walking the sorted list.
+    std::map<int32_t, void*> m_GroupOrder;
     CRecordWriter* m_pDBWriter = nullptr;
     CList<stStruct*> m_FreeStructs;
     CList<stUnion*> m_FreeUnions;

@@ -81,10 +81,12 @@ TEST(HostileDatabase, BinaryNulAndHugeLines) {
 TEST(HostileDatabase, ExtremeNumbersAndManyRecords) {
     std::string commands;
     std::string enums;
+    std::string groups;
     for (int i = 20000; i > 0; --i) {
         commands += "0," + std::to_string(i) + ",1,0,C,G," + "N" + std::to_string(i) + ",t\n";
         enums += "E" + std::to_string(i % 50) + ",V" + std::to_string(i) + "," + std::to_string(i) + ",\n";
     }
+    for (int i = 0; i < 100000; ++i) groups += "G" + std::to_string(i) + "," + std::to_string(i) + ",\n";
     ExpectAllDatabasesSurvive({
         {"extreme identifiers",
          Section("DbVersion", "2147483647,-2147483648\n") +
@@ -96,6 +98,10 @@ TEST(HostileDatabase, ExtremeNumbersAndManyRecords) {
                                                 Section("EnumVals", "") + Section("Parameters", "") +
                                                 Section("MonitorParams", "") + Section("nvm", "") +
                                                 Section("EnumsTitle", "") + Section("Enums", enums)},
+        {"100,000 group lines",
+         Section("DbVersion", "1,1\n") + Repeat(Section("EnumVals", ""), 2) + Section("Parameters", "") +
+             Section("MonitorParams", "") + Section("nvm", "") + Section("EnumsTitle", "") + Section("Enums", "") +
+             Section("Unions", "") + Section("Signals", "") + Section("SignalTable", "") + Section("Groups", groups)},
     });
 }
 

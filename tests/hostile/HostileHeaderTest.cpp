@@ -127,7 +127,11 @@ TEST(HostileHeader, CyclesLimitsAndHugeSizes) {
         chain += "typedef T" + std::to_string(i) + " T" + std::to_string(i + 1) + ";\n";
         chainUses += "T20000 f" + std::to_string(i) + "; char s" + std::to_string(i) + "[sizeof(T20000)];\n";
     }
+    std::string signalIds = "typedef enum SignalIdTag {\n";
+    for (int i = 0; i < 60000; ++i)
+        signalIds += "S" + std::to_string(i) + " = G" + std::to_string(i) + "_SIGNAL_BASE + " + std::to_string(i) + ",\n";
     ExpectAllSurvive({
+        {"60,000 signal groups", signalIds + "} SignalId;\n"},
         {"20,000 typedefs in a chain named 40,000 times", chain + chainUses + "} Chained;\n"},
         {"a loop of 20,001 typedefs named 40,000 times",
          "typedef T20000 T0;\n" + chain.substr(chain.find('\n') + 1) + chainUses + "} Looped;\n"},

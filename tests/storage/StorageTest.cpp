@@ -105,6 +105,21 @@ TEST_F(StorageTest, PrintSignalTablePairsMembersWithValues) {
     EXPECT_EQ("table a=100\ntable b=101\n", writer.lines);
 }
 
+TEST_F(StorageTest, GroupsPrintByBaseValueEqualOnesInInsertionOrder) {
+    struct Row {
+        char const* name;
+        int32_t base;
+    };
+    for (Row row : {Row{"c", 30}, Row{"a", 10}, Row{"d", 30}, Row{"min", INT32_MIN}, Row{"b", 20}, Row{"a2", 10},
+                    Row{"max", INT32_MAX}, Row{"e", 30}, Row{"b2", 20}})
+        store.AddGroup(new stGroup(row.name, row.base));
+    store.PrintGroups();
+    EXPECT_EQ(
+        "group min=-2147483648\ngroup a=10\ngroup a2=10\ngroup b=20\ngroup b2=20\ngroup c=30\ngroup d=30\n"
+        "group e=30\ngroup max=2147483647\n",
+        writer.lines);
+}
+
 TEST_F(StorageTest, IsStorageEmptyIgnoresUnionsAndSignals) {
     store.AddUnion(new stUnion);
     store.AddSignal(new stSignal);
