@@ -150,10 +150,14 @@ stReport BuiltInReport() {
 }  // namespace
 
 // The identifier indexes grow with the messages: the print walks sort the
-// identifiers, so no output depends on their bucket order.
+// identifiers, so no output depends on their bucket order. The signal name
+// index grows too: it is never walked, and a run only asks whether a name is a
+// signal, which does not depend on the buckets; a large header files a signal
+// per structure and alias, so fixed buckets would make its chains grow with it.
 CStorage::CStorage(stData* data) : m_pData(data) {
     m_CommandIds.EnableGrowth();
     m_ReportIds.EnableGrowth();
+    m_SignalNames.EnableGrowth();
 }
 
 CStorage::~CStorage() {
