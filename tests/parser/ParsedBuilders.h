@@ -21,12 +21,12 @@ using Values = std::initializer_list<std::pair<char const*, int32_t>>;
 
 template <typename Var, typename List>
 void AddVars(List& vars, std::initializer_list<Field> fields) {
-    for (Field const& spec : fields) {
+    for (Field const& field : fields) {
         Var* var = new Var;
-        var->m_nType = spec.kind;
-        var->m_strType = spec.type;
-        var->m_strName = spec.name;
-        var->m_nArraySize = spec.count;
+        var->m_nType = field.kind;
+        var->m_strType = field.type;
+        var->m_strName = field.name;
+        var->m_nArraySize = field.count;
         vars.AddTail(var);
     }
 }
