@@ -11,25 +11,17 @@
 #include <cstdio>
 
 #include "CFile.h"
+#include "DatabaseFields.h"
 #include "DatabaseTexts.h"
 #include "NumberText.h"
 #include "Storage.h"
 
 namespace {
 
-constexpr int32_t kItemModeLength = sizeof dbtexts::kItemMode - 1;
-constexpr int32_t kItemUnitLength = sizeof dbtexts::kItemUnit - 1;
-constexpr int32_t kItemDependencyLength = sizeof dbtexts::kItemDependency - 1;
 
-// Cuts the first field off rest: the text before the first comma, rest keeping
-// what follows it. Without a comma the field is empty (Left(-1)) and rest stays
-// whole (Mid(0)), so a short line simply yields empty fields.
-CString CutField(CString& rest) {
-    int32_t pos = rest.Find(',');
-    CString field = rest.Left(pos);
-    rest = rest.Mid(pos + 1);
-    return field;
-}
+using dbfields::CutField;
+using dbfields::DocTexts;
+using dbfields::SplitMarkers;
 
 // A structure line's third field: when the rest holds "(" with ")," somewhere
 // after it, the field runs through that ")" even across commas, so "a(1,2),b"
@@ -52,39 +44,6 @@ bool HasAtLeastThreeCommas(CString const& line) {
 }
 
 int32_t FlagOf(CString const& field) { return Atoi32(field) != 0 ? 1 : 0; }
-
-// The last column of a structure line: description, then mode, unit and
-// dependency behind their markers; each marker is looked for only after the one
-// before it was found.
-struct DocTexts {
-    CString description, mode, unit, dependency;
-};
-
-DocTexts SplitMarkers(CString const& text) {
-    DocTexts doc;
-    int32_t at = text.Find(dbtexts::kItemMode);
-    if (at < 0) {
-        doc.description = text;
-        return doc;
-    }
-    doc.description = text.Left(at);
-    CString rest = text.Mid(at + kItemModeLength);
-    at = rest.Find(dbtexts::kItemUnit);
-    if (at < 0) {
-        doc.mode = rest;
-        return doc;
-    }
-    doc.mode = rest.Left(at);
-    rest = rest.Mid(at + kItemUnitLength);
-    at = rest.Find(dbtexts::kItemDependency);
-    if (at < 0) {
-        doc.unit = rest;
-        return doc;
-    }
-    doc.unit = rest.Left(at);
-    doc.dependency = rest.Mid(at + kItemDependencyLength);
-    return doc;
-}
 
 // The columns of one "nvm" line, cut in file order.
 struct NvmLine {

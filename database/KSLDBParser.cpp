@@ -9,6 +9,7 @@
 
 #include <cstdio>
 
+#include "DatabaseFields.h"
 #include "DatabaseTexts.h"
 #include "NumberText.h"
 #include "Storage.h"
@@ -17,19 +18,9 @@ using namespace dbtexts;
 
 namespace {
 
-constexpr int32_t kItemModeLength = sizeof kItemMode - 1;
-constexpr int32_t kItemUnitLength = sizeof kItemUnit - 1;
-constexpr int32_t kItemDependencyLength = sizeof kItemDependency - 1;
 constexpr int32_t kLowestVisible = 33;  // blanks, tabs and control bytes lie below
 
-// The text before the first comma; rest keeps what follows it. Without a comma
-// the field is empty and rest stays whole, so a short line yields empty fields.
-CString CutField(CString& rest) {
-    int32_t comma = rest.Find(',');
-    CString field = rest.Left(comma);
-    rest = rest.Mid(comma + 1);
-    return field;
-}
+using dbfields::CutField;
 
 // The third column of a structure line runs through ")," when its own text
 // holds "(": "f(a,b),x" gives "f(a,b)". Unlike the loader, a "(" in a later
@@ -566,30 +557,11 @@ void CKSLDBParser::ParseStructVar(stStructVar& field, CNvmRecord* record) {
 // Description, then mode, unit and dependency behind their markers; each
 // marker is looked for only after the one before it was found.
 void CKSLDBParser::SetStructVarParameters(stStructVar& field, CString const& tagText) {
-    field.m_strMode.Empty();
-    field.m_strUnit.Empty();
-    field.m_strDependency.Empty();
-    int32_t at = tagText.Find(kItemMode);
-    if (at < 0) {
-        field.m_strDescription = tagText;
-        return;
-    }
-    field.m_strDescription = tagText.Left(at);
-    CString rest = tagText.Mid(at + kItemModeLength);
-    at = rest.Find(kItemUnit);
-    if (at < 0) {
-        field.m_strMode = rest;
-        return;
-    }
-    field.m_strMode = rest.Left(at);
-    rest = rest.Mid(at + kItemUnitLength);
-    at = rest.Find(kItemDependency);
-    if (at < 0) {
-        field.m_strUnit = rest;
-        return;
-    }
-    field.m_strUnit = rest.Left(at);
-    field.m_strDependency = rest.Mid(at + kItemDependencyLength);
+    dbfields::DocTexts doc = dbfields::SplitMarkers(tagText);
+    field.m_strDescription = doc.description;
+    field.m_strMode = doc.mode;
+    field.m_strUnit = doc.unit;
+    field.m_strDependency = doc.dependency;
 }
 
 // ---- Unions ----
