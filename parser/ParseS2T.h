@@ -326,6 +326,7 @@ public:
     struct SEnumBody;
     CString GetNonEmptyToken(CFile* file);
     bool ReadEnumTag(CFile* file, CString& tag);
+    void ReadEnumDefinition(CFile* file, CString const& tag, SEnumBody& body);
     void ReadEnumBody(CFile* file, SEnumBody& body);
     bool ReadEnumInitialiser(CFile* file, SEnumBody& body, CString const& op);
     void CompleteLastEnumerator(SEnumBody& body);

@@ -45,15 +45,19 @@ CString CParseS2T::GetNonEmptyToken(CFile* file) {
 void CParseS2T::DoEnum(CFile* file) {
     CString tag;
     if (!ReadEnumTag(file, tag)) return;
-    CEnum* parsed = new CEnum;
-    m_EnumList.AddTail(parsed);
-    m_EnumNameIndex.Appended(m_EnumList, parsed);
     SEnumBody body;
-    body.parsed = parsed;
+    ReadEnumDefinition(file, tag, body);
+    NameEnum(file, body);
+}
+
+// Appends a new enumeration to the list and reads its body up to "}".
+void CParseS2T::ReadEnumDefinition(CFile* file, CString const& tag, SEnumBody& body) {
+    body.parsed = new CEnum;
     body.tag = tag;
+    m_EnumList.AddTail(body.parsed);
+    m_EnumNameIndex.Appended(m_EnumList, body.parsed);
     ReadEnumBody(file, body);
     CompleteLastEnumerator(body);
-    NameEnum(file, body);
 }
 
 bool CParseS2T::ReadEnumTag(CFile* file, CString& tag) {
@@ -182,14 +186,9 @@ void CParseS2T::NameEnum(CFile* file, SEnumBody& body) {
 
 bool CParseS2T::ReadNestedEnum(CFile* file, CString& tag) {
     if (!ReadEnumTag(file, tag)) return false;
-    CEnum* parsed = new CEnum;
-    m_EnumList.AddTail(parsed);
-    m_EnumNameIndex.Appended(m_EnumList, parsed);
     SEnumBody body;
-    body.parsed = parsed;
-    body.tag = tag;
-    ReadEnumBody(file, body);
-    CompleteLastEnumerator(body);
+    ReadEnumDefinition(file, tag, body);
+    CEnum* parsed = body.parsed;
     // Named by its tag; the declarators after the body belong to the structure.
     parsed->m_strName = tag;
     m_EnumNameIndex.Renamed(m_EnumList, parsed);
