@@ -14,6 +14,7 @@
 #include <string>
 
 #include "ParseS2T.h"
+#include "QuietStdout.h"
 
 namespace {
 
@@ -63,25 +64,6 @@ private:
     }
 
     std::mt19937 m_random;
-};
-
-// Standard output is sent away while the parser shows its progress percentages.
-class QuietStdout {
-public:
-    QuietStdout() : m_saved(dup(1)) {
-        std::fflush(stdout);
-        int null = open("/dev/null", O_WRONLY);
-        dup2(null, 1);
-        close(null);
-    }
-    ~QuietStdout() {
-        std::fflush(stdout);
-        dup2(m_saved, 1);
-        close(m_saved);
-    }
-
-private:
-    int m_saved;
 };
 
 std::string WriteHeader(int32_t lines) {

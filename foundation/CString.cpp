@@ -31,11 +31,15 @@ CString::CString(char const* text, int32_t length) : CString() { Assign(text, le
 
 CString::CString(CString const& other) : CString() { Assign(other.m_pch, other.m_nLength); }
 
-CString::CString(CString&& other) noexcept : CString() {
+CString::CString(CString&& other) noexcept : CString() { TakeFrom(other); }
+
+// Takes other's heap block (an inline text is copied) and leaves other empty.
+void CString::TakeFrom(CString& other) {
     if (other.IsInline()) {
         Assign(other.m_pch, other.m_nLength);
         return;
     }
+    if (!IsInline()) std::free(m_pch);
     m_pch = other.m_pch;
     m_nLength = other.m_nLength;
     m_nCapacity = other.m_nCapacity;
@@ -57,19 +61,7 @@ CString& CString::operator=(CString const& other) {
 }
 
 CString& CString::operator=(CString&& other) noexcept {
-    if (this == &other) return *this;
-    if (other.IsInline()) {
-        Assign(other.m_pch, other.m_nLength);
-        return *this;
-    }
-    if (!IsInline()) std::free(m_pch);
-    m_pch = other.m_pch;
-    m_nLength = other.m_nLength;
-    m_nCapacity = other.m_nCapacity;
-    other.m_pch = other.m_inline;
-    other.m_nCapacity = kInline;
-    other.m_nLength = 0;
-    other.m_inline[0] = '\0';
+    if (this != &other) TakeFrom(other);
     return *this;
 }
 

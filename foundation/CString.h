@@ -126,6 +126,7 @@ private:
     void Assign(char const* text, int32_t length);
     void Append(char const* text, int32_t length);
     int32_t FindBytes(char const* s, int32_t n, int32_t start) const;
+    void TakeFrom(CString& other);
     bool IsInline() const { return m_pch == m_inline; }
 
     char* m_pch;
