@@ -23,47 +23,9 @@ bool InSet(char c, char const* set, int32_t setLength) {
 
 }  // namespace
 
-CString::CString() : m_pch(m_inline), m_nLength(0), m_nCapacity(kInline) { m_inline[0] = '\0'; }
-
 CString::CString(char const* text) : CString() { Assign(text, SafeStrLen(text)); }
 
-CString::CString(char const* text, int32_t length) : CString() { Assign(text, length < 0 ? 0 : length); }
-
-CString::CString(CString const& other) : CString() { Assign(other.m_pch, other.m_nLength); }
-
-CString::CString(CString&& other) noexcept : CString() { TakeFrom(other); }
-
-// Takes other's heap block (an inline text is copied) and leaves other empty.
-void CString::TakeFrom(CString& other) {
-    if (other.IsInline()) {
-        Assign(other.m_pch, other.m_nLength);
-        return;
-    }
-    if (!IsInline()) std::free(m_pch);
-    m_pch = other.m_pch;
-    m_nLength = other.m_nLength;
-    m_nCapacity = other.m_nCapacity;
-    other.m_pch = other.m_inline;
-    other.m_nCapacity = kInline;
-    other.m_nLength = 0;
-    other.m_inline[0] = '\0';
-}
-
 CString::CString(char c) : CString() { Assign(&c, 1); }
-
-CString::~CString() {
-    if (!IsInline()) std::free(m_pch);
-}
-
-CString& CString::operator=(CString const& other) {
-    if (this != &other) Assign(other.m_pch, other.m_nLength);
-    return *this;
-}
-
-CString& CString::operator=(CString&& other) noexcept {
-    if (this != &other) TakeFrom(other);
-    return *this;
-}
 
 CString& CString::operator=(char const* text) {
     // The text may point into this string's own block.
@@ -126,12 +88,6 @@ void CString::Resize(int32_t n) {
     m_nLength = n;
 }
 
-void CString::Assign(char const* text, int32_t length) {
-    Resize(length);
-    if (length > 0) std::memmove(m_pch, text, static_cast<size_t>(length));
-    m_pch[length] = '\0';
-}
-
 void CString::Append(char const* text, int32_t length) {
     if (length <= 0) return;
     int32_t old = m_nLength;
@@ -140,19 +96,13 @@ void CString::Append(char const* text, int32_t length) {
     m_pch[m_nLength] = '\0';
 }
 
-void CString::Empty() {
-    m_nLength = 0;
-    m_pch[0] = '\0';
-}
-
-void CString::SetAt(int32_t i, char c) {
+// SetAt past the end: blanks fill the gap up to the new character.
+void CString::SetAtPast(int32_t i, char c) {
     if (i < 0) return;
-    if (i >= m_nLength) {
-        int32_t old = m_nLength;
-        Resize(i + 1);
-        std::memset(m_pch + old, ' ', static_cast<size_t>(i + 1 - old));
-        m_pch[m_nLength] = '\0';
-    }
+    int32_t old = m_nLength;
+    Resize(i + 1);
+    std::memset(m_pch + old, ' ', static_cast<size_t>(i + 1 - old));
+    m_pch[m_nLength] = '\0';
     m_pch[i] = c;
     if (c == '\0') m_nLength = i;
 }
@@ -254,19 +204,6 @@ int32_t CString::CompareNoCase(CString const& s) const {
         if (a != b) return a - b;
     }
     return m_nLength - s.m_nLength;
-}
-
-bool CString::IsEqual(CString const& s) const {
-    return m_nLength == s.m_nLength && std::memcmp(m_pch, s.m_pch, static_cast<size_t>(m_nLength)) == 0;
-}
-
-bool CString::IsEqual(char const* s) const {
-    if (!s) return m_nLength == 0;
-    // One pass: every character must match and the text must end right here.
-    for (int32_t i = 0; i < m_nLength; ++i) {
-        if (s[i] != m_pch[i] || s[i] == '\0') return false;
-    }
-    return s[m_nLength] == '\0';
 }
 
 void CString::MakeUpper() {

@@ -7,6 +7,8 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <cstdlib>
+#include <cstring>
 #include <ostream>
 
 class CString {
@@ -43,7 +45,14 @@ public:
     char GetAt(int32_t i) const { return m_pch[i]; }
     // At or past the end the string first grows to i+1 characters, the gap filled
     // with blanks; a NUL makes the length i. A negative i does nothing.
-    void SetAt(int32_t i, char c);
+    void SetAt(int32_t i, char c) {
+        if (i >= 0 && i < m_nLength) {
+            m_pch[i] = c;
+            if (c == '\0') m_nLength = i;
+        } else {
+            SetAtPast(i, c);
+        }
+    }
 
     // n <= 0 gives an empty string; n past the end gives the whole string.
     CString Left(int32_t n) const;
@@ -127,6 +136,7 @@ private:
     void Append(char const* text, int32_t length);
     int32_t FindBytes(char const* s, int32_t n, int32_t start) const;
     void TakeFrom(CString& other);
+    void SetAtPast(int32_t i, char c);
     bool IsInline() const { return m_pch == m_inline; }
 
     char* m_pch;
@@ -134,6 +144,72 @@ private:
     int32_t m_nCapacity;  // usable bytes including the terminator
     char m_inline[kInline];
 };
+
+// The members every token and field passes through, defined here so that the
+// compiler can inline them; a short text never leaves the inline buffer.
+
+inline CString::CString() : m_pch(m_inline), m_nLength(0), m_nCapacity(kInline) { m_inline[0] = '\0'; }
+
+inline CString::CString(char const* text, int32_t length) : CString() { Assign(text, length < 0 ? 0 : length); }
+
+inline CString::CString(CString const& other) : CString() { Assign(other.m_pch, other.m_nLength); }
+
+inline CString::CString(CString&& other) noexcept : CString() { TakeFrom(other); }
+
+inline CString::~CString() {
+    if (!IsInline()) std::free(m_pch);
+}
+
+inline CString& CString::operator=(CString const& other) {
+    if (this != &other) Assign(other.m_pch, other.m_nLength);
+    return *this;
+}
+
+inline CString& CString::operator=(CString&& other) noexcept {
+    if (this != &other) TakeFrom(other);
+    return *this;
+}
+
+// Takes other's heap block (an inline text is copied) and leaves other empty.
+inline void CString::TakeFrom(CString& other) {
+    if (other.IsInline()) {
+        Assign(other.m_pch, other.m_nLength);
+        return;
+    }
+    if (!IsInline()) std::free(m_pch);
+    m_pch = other.m_pch;
+    m_nLength = other.m_nLength;
+    m_nCapacity = other.m_nCapacity;
+    other.m_pch = other.m_inline;
+    other.m_nCapacity = kInline;
+    other.m_nLength = 0;
+    other.m_inline[0] = '\0';
+}
+
+inline void CString::Assign(char const* text, int32_t length) {
+    if (length >= m_nCapacity) Reserve(length);
+    m_nLength = length;
+    if (length > 0) std::memmove(m_pch, text, static_cast<size_t>(length));
+    m_pch[length] = '\0';
+}
+
+inline void CString::Empty() {
+    m_nLength = 0;
+    m_pch[0] = '\0';
+}
+
+inline bool CString::IsEqual(CString const& s) const {
+    return m_nLength == s.m_nLength && std::memcmp(m_pch, s.m_pch, static_cast<size_t>(m_nLength)) == 0;
+}
+
+inline bool CString::IsEqual(char const* s) const {
+    if (!s) return m_nLength == 0;
+    // One pass: every character must match and the text must end right here.
+    for (int32_t i = 0; i < m_nLength; ++i) {
+        if (s[i] != m_pch[i] || s[i] == '\0') return false;
+    }
+    return s[m_nLength] == '\0';
+}
 
 CString operator+(CString const& a, CString const& b);
 CString operator+(CString const& a, char b);
