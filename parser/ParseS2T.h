@@ -178,12 +178,11 @@ public:
 
     // ---- indexes and helpers of the lexer and preprocessor (add below)
 
-    // GetToken reads the current line from an offset, so that a long line
-    // tokenises in linear time. m_strLine holds exactly the rest of the line
-    // whenever that rest is at most kExactLineLimit characters long (every
-    // ordinary header line); code outside the lexer that reads or replaces the
-    // line goes through CurrentLine(), which brings m_strLine up to date first.
-    static constexpr int32_t kExactLineLimit = 4096;
+    // GetToken reads the current line from an offset: a token is cut by moving
+    // the offset, so a line is never shifted token by token and a long line
+    // tokenises in linear time. Code outside the lexer that reads or replaces
+    // the line goes through CurrentLine() (or CommitLinePos()), which brings
+    // m_strLine to exactly the rest of the line first.
     CString& CurrentLine();
     // Empties the define table and its index; the driver calls it per file.
     void ResetDefineTable();
@@ -194,7 +193,6 @@ public:
     void CheckLinePos();
     void SetLinePos(int32_t pos);
     void SkipLineBlanks();
-    void FinishLinePos();
     bool LineStartsWith(char const* prefix) const;
     bool LineIsEmpty() const;
     CString EndOfFileToken();

@@ -68,12 +68,6 @@ void CParseS2T::SkipLineBlanks() {
     SetLinePos(pos);
 }
 
-void CParseS2T::FinishLinePos() {
-    // Short rests are written back at once, so that m_strLine is exact for
-    // every ordinary line; only a rest longer than the limit keeps its offset.
-    if (m_strLine.GetLength() - m_nLinePos <= kExactLineLimit) CommitLinePos();
-}
-
 void CParseS2T::CommitLinePos() {
     CheckLinePos();
     if (m_nLinePos == 0) return;
@@ -204,7 +198,6 @@ void CParseS2T::RemoveComments(CString& text) {
 // ---- tokens
 
 CString CParseS2T::EndOfFileToken() {
-    FinishLinePos();
     m_nTokenType = TOKEN_EOF;
     return CString();
 }
@@ -231,7 +224,6 @@ CString CParseS2T::CutToken(int32_t length) {
     CString token(start, length);
     SetLinePos(m_nLinePos + length);
     SkipLineBlanks();
-    FinishLinePos();
     token.Trim();
     return token;
 }

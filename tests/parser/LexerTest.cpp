@@ -45,15 +45,15 @@ TEST(CParseS2TLexer, GetTokenSplitsAsTheSeparatorsSay) {
     }
 }
 
-TEST(CParseS2TLexer, GetTokenKeepsTheRestOfTheLineExact) {
+TEST(CParseS2TLexer, CurrentLineIsExactlyTheRestOfTheLine) {
     FrontEndHarness h("#define N 5\nint a, b;\nfirst " + std::string(10000, 'x') + "\n");
     h.P().ReadLine(h.File(), 0);
     EXPECT_EQ(CString("define"), h.P().GetToken(h.File()));
-    EXPECT_EQ(CString("N 5"), h.P().m_strLine);
+    EXPECT_EQ(CString("N 5"), h.P().CurrentLine());
     h.P().ReadLine(h.File(), 0);
     h.P().GetToken(h.File());
     h.P().GetToken(h.File());
-    EXPECT_EQ(CString(", b;"), h.P().m_strLine);
+    EXPECT_EQ(CString(", b;"), h.P().CurrentLine());
     h.P().ReadLine(h.File(), 0);
     h.P().GetToken(h.File());
     EXPECT_EQ(CString(std::string(10000, 'x').c_str()), h.P().CurrentLine());  // a long line goes through CurrentLine
