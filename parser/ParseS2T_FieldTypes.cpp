@@ -192,6 +192,9 @@ CString CParseS2T::NormaliseTypeName(CString const& text) {
         if (m_nIntBits == 16) return "SIGNED16";
         return text;
     }
+    // Every written spelling starts with one of these letters.
+    char first = text.IsEmpty() ? '\0' : text.GetAt(0);
+    if (first != 'u' && first != 's' && first != 'l' && first != '_') return text;
     for (STypeSpelling const& spelling : kTypeSpellings) {
         if (text == spelling.written) return spelling.canonical;
     }

@@ -139,6 +139,13 @@ void CParseS2T::DisplayFileProcessedSizePercentage(CFile* file) {
 // ---- comments
 
 void CParseS2T::DeleteRemark(CString& line) {
+    // A line without "/" and "*" holds no comment mark; only a comment opened
+    // above can hide it.
+    size_t length = static_cast<size_t>(line.GetLength());
+    if (!std::memchr(line.GetData(), '/', length) && !std::memchr(line.GetData(), '*', length)) {
+        if (m_bInComment) line.Empty();
+        return;
+    }
     int32_t slashes = line.Find(kLineComment);
     if (slashes >= 0) CutLineAt(line, slashes);
     // Every "/*" closed on the same line is deleted with its comment; the first
@@ -233,7 +240,9 @@ CString CParseS2T::GetToken(CFile* file) {
     CheckLinePos();
     m_nTokenType = TOKEN_ORDINARY;
     for (;;) {
-        if (LineStartsWith("#")) {
+        // Each test below needs its first character at the start of the rest.
+        char first = LineIsEmpty() ? '\0' : m_strLine.GetAt(m_nLinePos);
+        if (first == '#') {
             CommitLinePos();
             m_strLine.Remove('#');
             m_strLine.TrimLeft(CString(kBlankAndTab));
@@ -248,12 +257,12 @@ CString CParseS2T::GetToken(CFile* file) {
             if (!ReadLine(file, 0)) return EndOfFileToken();
             continue;
         }
-        if (LineStartsWith(kKeywordDefine)) {
+        if (first == 'd' && LineStartsWith(kKeywordDefine)) {
             // Only the letters are tested: "defineCount;" gives "defineC".
             m_nTokenType = TOKEN_DEFINE;
             return CutToken(7);
         }
-        if (LineStartsWith(kBlockCommentOpen)) {
+        if (first == '/' && LineStartsWith(kBlockCommentOpen)) {
             int32_t close = m_strLine.Find(kBlockCommentClose, m_nLinePos);
             if (close >= 0) {
                 SetLinePos(close + 2);
@@ -265,11 +274,11 @@ CString CParseS2T::GetToken(CFile* file) {
             SkipLineBlanks();
             continue;
         }
-        if (LineStartsWith(kLineComment)) {
+        if (first == '/' && LineStartsWith(kLineComment)) {
             if (!ReadLine(file, 1)) return EndOfFileToken();
             continue;
         }
-        if (LineStartsWith(";")) {
+        if (first == ';') {
             m_nTokenType = TOKEN_END_OF_STATEMENT;
             return CutToken(1);
         }
