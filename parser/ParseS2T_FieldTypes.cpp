@@ -100,7 +100,9 @@ CString CParseS2T::ResolveTypeAlias(CString text) {
         CString const* alias = m_TypedefMap.Find(text);
         if (!alias) {
             answer = text;
-            m_AliasChainEnds.insert(text);
+            // Only a chain that was followed leaves answers to drop later; a
+            // text that is no alias at all is answered afresh each time.
+            if (!path.empty()) m_AliasChainEnds.insert(text);
             break;
         }
         auto met = seen.emplace(text, path.size());
