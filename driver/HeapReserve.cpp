@@ -1,5 +1,5 @@
 // Start-up heap tuning. A whole job allocates millions of small records; with
-// ordinary pages the kernel spends a tenth of the run faulting them in one
+// ordinary pages the kernel spends a fifth of the run faulting them in one
 // 4 KB page at a time. The heap is therefore extended once by a large virtual
 // reserve (nothing is resident until touched) and that range is advised for
 // transparent huge pages. Where the advice is refused or unknown, or the
