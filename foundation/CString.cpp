@@ -7,6 +7,7 @@
 #include <cstdarg>
 #include <cstdlib>
 #include <cstring>
+#include <new>
 
 namespace {
 
@@ -75,10 +76,10 @@ void CString::Reserve(int32_t n) {
     int64_t grown = static_cast<int64_t>(m_nCapacity) + m_nCapacity / 2;
     int64_t capacity = wanted > grown ? wanted : grown;
     if (capacity > INT32_MAX) capacity = INT32_MAX;
-    char* block = static_cast<char*>(std::malloc(static_cast<size_t>(capacity)));
+    char* block = static_cast<char*>(::operator new(static_cast<size_t>(capacity), std::nothrow));
     if (!block) std::abort();
     std::memcpy(block, m_pch, static_cast<size_t>(m_nLength));
-    if (!IsInline()) std::free(m_pch);
+    if (!IsInline()) ::operator delete(m_pch);
     m_pch = block;
     m_nCapacity = static_cast<int32_t>(capacity);
 }

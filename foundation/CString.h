@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <new>
 #include <ostream>
 
 class CString {
@@ -157,7 +158,7 @@ inline CString::CString(CString const& other) : CString() { Assign(other.m_pch, 
 inline CString::CString(CString&& other) noexcept : CString() { TakeFrom(other); }
 
 inline CString::~CString() {
-    if (!IsInline()) std::free(m_pch);
+    if (!IsInline()) ::operator delete(m_pch);
 }
 
 inline CString& CString::operator=(CString const& other) {
@@ -176,7 +177,7 @@ inline void CString::TakeFrom(CString& other) {
         Assign(other.m_pch, other.m_nLength);
         return;
     }
-    if (!IsInline()) std::free(m_pch);
+    if (!IsInline()) ::operator delete(m_pch);
     m_pch = other.m_pch;
     m_nLength = other.m_nLength;
     m_nCapacity = other.m_nCapacity;
