@@ -12,22 +12,29 @@
 
 namespace {
 
-// The tag text of a field: empty without any documentation, otherwise all three
-// markers, even around empty parts.
-CString TagText(stStructVar const& field) {
-    CString tag;
-    if (field.m_strDescription.IsEmpty() && field.m_strMode.IsEmpty() && field.m_strUnit.IsEmpty() &&
-        field.m_strDependency.IsEmpty()) {
-        return tag;
-    }
-    tag.Format(dbtexts::kTagText, field.m_strDescription.GetData(), dbtexts::kItemMode, field.m_strMode.GetData(),
-               dbtexts::kItemUnit, field.m_strUnit.GetData(), dbtexts::kItemDependency,
-               field.m_strDependency.GetData());
-    return tag;
+// Whether a field carries any documentation; its lines then end in the tag text.
+bool HasTag(stStructVar const& field) {
+    return !field.m_strDescription.IsEmpty() || !field.m_strMode.IsEmpty() || !field.m_strUnit.IsEmpty() ||
+           !field.m_strDependency.IsEmpty();
 }
 
-// A file of a few hundred thousand lines is written in large blocks.
+// The tag text: all three markers, even around empty parts.
+void AppendTag(CLineText& line, stStructVar const& field) {
+    line.Append(field.m_strDescription);
+    line.Append(dbtexts::kItemMode);
+    line.Append(field.m_strMode);
+    line.Append(dbtexts::kItemUnit);
+    line.Append(field.m_strUnit);
+    line.Append(dbtexts::kItemDependency);
+    line.Append(field.m_strDependency);
+}
+
+// A file of a few hundred thousand lines is written in large blocks: the
+// lines gather in the line buffer and go to the file once this much is there.
 constexpr size_t kWriteBufferSize = 1 << 20;
+constexpr size_t kFlushSize = 1 << 16;
+// The most one write hands the file.
+constexpr size_t kMaxWrite = 1 << 30;
 
 // The number of lines a field's value list takes: the count is checked only
 // after a line is written, so a count of 0 (or less) still gives one line, and
@@ -62,17 +69,27 @@ int CKSLDBWriter::Open(char const* path) {
 
 void CKSLDBWriter::Close() {
     if (!m_pFile) return;
+    Flush();
     m_pFile->Close();
     delete m_pFile;
     m_pFile = nullptr;
 }
 
-void CKSLDBWriter::PutLine(CString const& line) {
-    if (m_pFile) m_pFile->WriteLine(line);
+void CKSLDBWriter::Flush() {
+    char const* data = m_Line.GetBlock();
+    size_t left = m_Line.GetBlockLength();
+    while (m_pFile && left > 0) {
+        size_t piece = left < kMaxWrite ? left : kMaxWrite;
+        m_pFile->WriteBytes(data, static_cast<int32_t>(piece));
+        data += piece;
+        left -= piece;
+    }
+    m_Line.ClearBlock();
 }
 
 void CKSLDBWriter::PutLine(char const* line) {
-    if (m_pFile) m_pFile->WriteLine(line);
+    m_Line.Format("%s", line);
+    PutLine(m_Line);
 }
 
 void CKSLDBWriter::PutLine(CLineText& line, bool removeLineFeeds) {
@@ -80,15 +97,15 @@ void CKSLDBWriter::PutLine(CLineText& line, bool removeLineFeeds) {
     // headers and structure-kind field lines have them taken out.
     if (removeLineFeeds) line.RemoveLineFeeds();
     line.EndLine();
-    if (m_pFile) m_pFile->WriteBytes(line.GetData(), line.GetLength());
+    if (!m_pFile) line.ClearBlock();
+    else if (line.GetBlockLength() >= kFlushSize) Flush();
 }
 
 void CKSLDBWriter::WriteDB() {
-    CString version;
-    version.Format(dbtexts::kVersionLine, static_cast<long>(m_pData ? m_pData->m_nDbVersion : 0),
-                   m_pData ? m_pData->m_nDbVersionMinor : 0);
     PutLine(dbtexts::kDbVersion);
-    PutLine(version);
+    m_Line.Format(dbtexts::kVersionLine, static_cast<long>(m_pData ? m_pData->m_nDbVersion : 0),
+                  m_pData ? m_pData->m_nDbVersionMinor : 0);
+    PutLine(m_Line);
     PutLine(dbtexts::kEnd);
     WriteSection(dbtexts::kEnumVals, &CStorage::PrintCommands);
     WriteSection(dbtexts::kEnumVals, &CStorage::PrintReports);
@@ -164,7 +181,7 @@ int CKSLDBWriter::WriteStructVar(stStructVar const* field, CString const& struct
     if (!field) return 0;
     bool ofStruct = field->m_nKind == KIND_STRUCT;
     if (ofStruct && !KnownType(*field, false)) return 0;
-    CString tag = TagText(*field);
+    bool tagged = HasTag(*field);
     bool ofEnum = field->m_nKind == KIND_ENUM;
     char const* kindText = ofEnum ? dbtexts::kKindEnum : field->m_strType.GetData();
     char const* typeText = ofEnum ? field->m_strType.GetData() : field->m_strTypeText.GetData();
@@ -172,11 +189,13 @@ int CKSLDBWriter::WriteStructVar(stStructVar const* field, CString const& struct
     for (int32_t i = 0; i < lines; ++i) {
         if (ofStruct) {
             m_Line.Format(dbtexts::kStructFieldOfStruct, field->m_strType, structName, field->m_strName,
-                          field->m_nDim[i], flag, info, tag);
+                          field->m_nDim[i], flag, info, "");
         } else {
             m_Line.Format(dbtexts::kStructField, structName, field->m_strName, kindText, typeText, field->m_nDim[i],
-                          flag, info, tag);
+                          flag, info, "");
         }
+        // Both formats end in the tag text.
+        if (tagged) AppendTag(m_Line, *field);
         PutLine(m_Line, ofStruct);
     }
     return 1;
