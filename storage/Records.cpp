@@ -5,6 +5,7 @@
 #include "Records.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -102,6 +103,8 @@ stStructVar* stStruct::GetNewField() {
 void stStruct::AddField(stStructVar const* field) {
     if (field) m_Fields.Add(*field);
 }
+
+void stStruct::AddField(stStructVar&& field) { *m_Fields.Add() = std::move(field); }
 
 void stStruct::CancelLastField() { m_Fields.RemoveTail(); }
 
