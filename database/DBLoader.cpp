@@ -45,7 +45,8 @@ CString CutThirdField(CFieldCursor& rest) {
     char const* text = rest.GetData();
     int32_t length = rest.GetLength();
     void const* open = length > 0 ? std::memchr(text, '(', static_cast<size_t>(length)) : nullptr;
-    int32_t close = open ? FindCloseComma(text, length, static_cast<int32_t>(static_cast<char const*>(open) - text)) : -1;
+    int32_t close =
+        open ? FindCloseComma(text, length, static_cast<int32_t>(static_cast<char const*>(open) - text)) : -1;
     if (close < 0) return rest.Next();
     CString field(text, close + 1);
     rest.Advance(close + 2);

@@ -8,6 +8,7 @@
 #include <cstdio>
 
 #include "DatabaseTexts.h"
+#include "LineFormat.h"
 #include "Storage.h"
 
 namespace {
@@ -28,6 +29,31 @@ void AppendTag(CLineText& line, stStructVar const& field) {
     line.Append(dbtexts::kItemDependency);
     line.Append(field.m_strDependency);
 }
+
+namespace lines {
+
+// The record line formats, read when the program is built.
+constexpr CLineFormat kWholeLine("%s");
+constexpr CLineFormat kVersionLine(dbtexts::kVersionLine);
+constexpr CLineFormat kMessageHead(dbtexts::kMessageHead);
+constexpr CLineFormat kMonitorLine(dbtexts::kMonitorLine);
+constexpr CLineFormat kParameterLine(dbtexts::kParameterLine);
+constexpr CLineFormat kStructHeader(dbtexts::kStructHeader);
+constexpr CLineFormat kStructHeaderWithDependency(dbtexts::kStructHeaderWithDependency);
+constexpr CLineFormat kStructFieldOfStruct(dbtexts::kStructFieldOfStruct);
+constexpr CLineFormat kStructField(dbtexts::kStructField);
+constexpr CLineFormat kEnumTitleLine(dbtexts::kEnumTitleLine);
+constexpr CLineFormat kEnumeratorLine(dbtexts::kEnumeratorLine);
+constexpr CLineFormat kUnionMemberLine(dbtexts::kUnionMemberLine);
+constexpr CLineFormat kSignalHeader(dbtexts::kSignalHeader);
+constexpr CLineFormat kSignalMemberOfSignal(dbtexts::kSignalMemberOfSignal);
+constexpr CLineFormat kSignalMemberUnknown(dbtexts::kSignalMemberUnknown);
+constexpr CLineFormat kSignalMember(dbtexts::kSignalMember);
+constexpr CLineFormat kSignalTableLine(dbtexts::kSignalTableLine);
+constexpr CLineFormat kGroupLine(dbtexts::kGroupLine);
+constexpr CLineFormat kUnionIdentifierLine(dbtexts::kUnionIdentifierLine);
+
+}  // namespace lines
 
 // A file of a few hundred thousand lines is written in large blocks: the
 // lines gather in the line buffer and go to the file once this much is there.
@@ -88,7 +114,7 @@ void CKSLDBWriter::Flush() {
 }
 
 void CKSLDBWriter::PutLine(char const* line) {
-    m_Line.Format("%s", line);
+    m_Line.Format<lines::kWholeLine>(line);
     PutLine(m_Line);
 }
 
@@ -103,8 +129,8 @@ void CKSLDBWriter::PutLine(CLineText& line, bool removeLineFeeds) {
 
 void CKSLDBWriter::WriteDB() {
     PutLine(dbtexts::kDbVersion);
-    m_Line.Format(dbtexts::kVersionLine, static_cast<long>(m_pData ? m_pData->m_nDbVersion : 0),
-                  m_pData ? m_pData->m_nDbVersionMinor : 0);
+    m_Line.Format<lines::kVersionLine>(static_cast<long>(m_pData ? m_pData->m_nDbVersion : 0),
+                                       m_pData ? m_pData->m_nDbVersionMinor : 0);
     PutLine(m_Line);
     PutLine(dbtexts::kEnd);
     WriteSection(dbtexts::kEnumVals, &CStorage::PrintCommands);
@@ -131,8 +157,8 @@ void CKSLDBWriter::WriteSection(char const* keyword, void (CStorage::*print)()) 
 
 void CKSLDBWriter::WriteMessage(stMessage const& message, int32_t isCommand, bool wrap) {
     CLineText& line = m_Line;
-    line.Format(dbtexts::kMessageHead, message.m_nLeadingNumber, message.m_nID, isCommand, message.m_nTrailingNumber,
-                message.m_strCat1, message.m_strCat2, message.m_strCat3);
+    line.Format<lines::kMessageHead>(message.m_nLeadingNumber, message.m_nID, isCommand, message.m_nTrailingNumber,
+                                     message.m_strCat1, message.m_strCat2, message.m_strCat3);
     if (wrap) {
         bool structPrint = message.m_strFormat.Find(dbtexts::kStructPrintMark) >= 0;
         line.Append(structPrint ? dbtexts::kWrapStructPrintf : dbtexts::kWrapPrintf);
@@ -149,13 +175,13 @@ void CKSLDBWriter::WriteCommand(stCommand const& command) { WriteMessage(command
 void CKSLDBWriter::WriteReport(stReport const& report) { WriteMessage(report, 0, report.m_bWrap); }
 
 void CKSLDBWriter::WriteMonitor(stMonitor const& monitor) {
-    m_Line.Format(dbtexts::kMonitorLine, monitor.m_nNumber, monitor.m_strName, monitor.m_strSecond,
-                  monitor.m_strThird, monitor.m_nFlag ? 1 : 0);
+    m_Line.Format<lines::kMonitorLine>(monitor.m_nNumber, monitor.m_strName, monitor.m_strSecond, monitor.m_strThird,
+                                       monitor.m_nFlag ? 1 : 0);
     PutLine(m_Line);
 }
 
 void CKSLDBWriter::WriteParameter(CString const& name, CString const& value) {
-    m_Line.Format(dbtexts::kParameterLine, name, value);
+    m_Line.Format<lines::kParameterLine>(name, value);
     PutLine(m_Line);
 }
 
@@ -164,10 +190,10 @@ void CKSLDBWriter::WriteParameters() { WriteParameter(dbtexts::kOsTypeName, dbte
 
 void CKSLDBWriter::WriteStruct(stStruct const& record, CString const& name) {
     if (record.m_strDependency.IsEmpty()) {
-        m_Line.Format(dbtexts::kStructHeader, name, record.m_nFlag, record.m_strInfo, record.m_strDescription);
+        m_Line.Format<lines::kStructHeader>(name, record.m_nFlag, record.m_strInfo, record.m_strDescription);
     } else {
-        m_Line.Format(dbtexts::kStructHeaderWithDependency, name, record.m_nFlag, record.m_strInfo,
-                      record.m_strDescription, record.m_strDependency);
+        m_Line.Format<lines::kStructHeaderWithDependency>(name, record.m_nFlag, record.m_strInfo,
+                                                          record.m_strDescription, record.m_strDependency);
     }
     PutLine(m_Line, true);
     void* pos = record.GetFirstFieldPosition();
@@ -188,11 +214,11 @@ int CKSLDBWriter::WriteStructVar(stStructVar const* field, CString const& struct
     int32_t lines = ValueLines(*field);
     for (int32_t i = 0; i < lines; ++i) {
         if (ofStruct) {
-            m_Line.Format(dbtexts::kStructFieldOfStruct, field->m_strType, structName, field->m_strName,
-                          field->m_nDim[i], flag, info, "");
+            m_Line.Format<lines::kStructFieldOfStruct>(field->m_strType, structName, field->m_strName, field->m_nDim[i],
+                                                       flag, info, "");
         } else {
-            m_Line.Format(dbtexts::kStructField, structName, field->m_strName, kindText, typeText, field->m_nDim[i],
-                          flag, info, "");
+            m_Line.Format<lines::kStructField>(structName, field->m_strName, kindText, typeText, field->m_nDim[i], flag,
+                                               info, "");
         }
         // Both formats end in the tag text.
         if (tagged) AppendTag(m_Line, *field);
@@ -217,16 +243,16 @@ bool CKSLDBWriter::KnownType(stStructVar const& field, bool signalAllowed) {
 
 void CKSLDBWriter::WriteEnumTitle(stEnum const& record) {
     if (record.m_strName.IsEmpty() || !record.m_bHasTitle) return;
-    m_Line.Format(dbtexts::kEnumTitleLine, record.m_strName, record.m_bFlag ? 1 : 0, record.m_strTitle,
-                  record.m_strDescription);
+    m_Line.Format<lines::kEnumTitleLine>(record.m_strName, record.m_bFlag ? 1 : 0, record.m_strTitle,
+                                         record.m_strDescription);
     PutLine(m_Line);
 }
 
 void CKSLDBWriter::WriteEnum(stEnum const& record, CString const& name) {
     for (uint32_t i = 0; i < record.m_Fields.GetSize(); ++i) {
         stEnumVar const& enumerator = record.m_Fields.GetAt(i);
-        m_Line.Format(dbtexts::kEnumeratorLine, name, enumerator.m_strName, enumerator.m_nValue,
-                      enumerator.m_strDescription);
+        m_Line.Format<lines::kEnumeratorLine>(name, enumerator.m_strName, enumerator.m_nValue,
+                                              enumerator.m_strDescription);
         PutLine(m_Line);
     }
 }
@@ -261,14 +287,14 @@ int CKSLDBWriter::WriteUnionVar(stStructVar const* member, CString const& unionN
     }
     int32_t lines = ValueLines(*member);
     for (int32_t i = 0; i < lines; ++i) {
-        m_Line.Format(dbtexts::kUnionMemberLine, unionName, member->m_strName, typeText, kindText, member->m_nDim[i]);
+        m_Line.Format<lines::kUnionMemberLine>(unionName, member->m_strName, typeText, kindText, member->m_nDim[i]);
         PutLine(m_Line);
     }
     return 1;
 }
 
 void CKSLDBWriter::WriteSignal(CString const& name, CList<stSignalVar*> const& members) {
-    m_Line.Format(dbtexts::kSignalHeader, name);
+    m_Line.Format<lines::kSignalHeader>(name);
     PutLine(m_Line);
     void* pos = members.GetHeadPosition();
     while (pos) {
@@ -281,36 +307,36 @@ void CKSLDBWriter::WriteSignalVar(CString const& signalName, stSignalVar const& 
     if (member.m_nType == SIGVAR_STRUCT) {
         bool isSignal = m_pStorage && m_pStorage->FindSignalByName(member.m_strTypeName);
         if (isSignal) {
-            m_Line.Format(dbtexts::kSignalMemberOfSignal, member.m_strName, signalName, member.m_nCount,
-                          member.m_strTypeName);
+            m_Line.Format<lines::kSignalMemberOfSignal>(member.m_strName, signalName, member.m_nCount,
+                                                        member.m_strTypeName);
         } else {
-            m_Line.Format(dbtexts::kSignalMemberUnknown, signalName, member.m_strTypeName, member.m_nCount,
-                          member.m_strName);
+            m_Line.Format<lines::kSignalMemberUnknown>(signalName, member.m_strTypeName, member.m_nCount,
+                                                       member.m_strName);
         }
         PutLine(m_Line);
         return;
     }
     char const* word = SignalVarWord(member.m_nType);
-    m_Line.Format(dbtexts::kSignalMember, signalName, member.m_strTypeName, word, member.m_nCount, member.m_strName);
+    m_Line.Format<lines::kSignalMember>(signalName, member.m_strTypeName, word, member.m_nCount, member.m_strName);
     PutLine(m_Line);
     for (uint32_t i = 0; i < member.m_Values.GetSize(); ++i) {
-        m_Line.Format(dbtexts::kSignalMember, signalName, member.m_strTypeName, word,
-                      static_cast<int32_t>(member.m_Values.GetAt(i)), member.m_strName);
+        m_Line.Format<lines::kSignalMember>(signalName, member.m_strTypeName, word,
+                                            static_cast<int32_t>(member.m_Values.GetAt(i)), member.m_strName);
         PutLine(m_Line);
     }
 }
 
 void CKSLDBWriter::WriteSignalTable(CString const& memberName, int32_t value) {
-    m_Line.Format(dbtexts::kSignalTableLine, memberName, value);
+    m_Line.Format<lines::kSignalTableLine>(memberName, value);
     PutLine(m_Line);
 }
 
 void CKSLDBWriter::WriteGroup(stGroup const& group) {
-    m_Line.Format(dbtexts::kGroupLine, group.m_strName, group.m_nBaseValue);
+    m_Line.Format<lines::kGroupLine>(group.m_strName, group.m_nBaseValue);
     PutLine(m_Line);
 }
 
 void CKSLDBWriter::WriteUnionIdentifier(CString const& first, CString const& second) {
-    m_Line.Format(dbtexts::kUnionIdentifierLine, first, second);
+    m_Line.Format<lines::kUnionIdentifierLine>(first, second);
     PutLine(m_Line);
 }

@@ -8,13 +8,16 @@
 namespace {
 
 constexpr size_t kInitialCapacity = 1024;
-// "-2147483648": the longest number a directive gives.
-constexpr size_t kMaxNumberLength = 11;
 
-// Writes the number at out and returns the end of it. Computed in unsigned
-// arithmetic, so the smallest int prints whole.
-char* PutNumber(char* out, int32_t number) {
-    char digits[kMaxNumberLength];
+}  // namespace
+
+// Computed in unsigned arithmetic, so the smallest int prints whole.
+char* CLineText::PutNumber(char* out, int32_t number) {
+    if (number >= 0 && number < 10) {
+        *out = static_cast<char>('0' + number);
+        return out + 1;
+    }
+    char digits[CLineFormat::kMaxNumberLength];
     size_t at = sizeof digits;
     uint32_t magnitude = number < 0 ? 0u - static_cast<uint32_t>(number) : static_cast<uint32_t>(number);
     do {
@@ -26,7 +29,14 @@ char* PutNumber(char* out, int32_t number) {
     return out + (sizeof digits - at);
 }
 
-}  // namespace
+char* CLineText::PutText(char* out, char const* text, size_t fixed) {
+    size_t length = std::strlen(text);
+    m_nLength = static_cast<size_t>(out - m_pBuffer);
+    Reserve(length + fixed);
+    out = m_pBuffer + m_nLength;
+    std::memcpy(out, text, length);
+    return out + length;
+}
 
 CLineText::CLineText()
     : m_pBuffer(static_cast<char*>(std::malloc(kInitialCapacity))), m_nCapacity(kInitialCapacity) {
@@ -84,43 +94,38 @@ void CLineText::StartLine() {
     m_bEnded = false;
 }
 
-// Every byte of the format gives at most one byte of the line and every number
-// at most eleven, so room for that is made once; each text makes its own room.
+// A format longer than one CLineFormat holds is read and applied in parts.
 void CLineText::Apply(char const* format, SArg const* args, int32_t count) {
     StartLine();
-    size_t const budget = std::strlen(format) + kMaxNumberLength * static_cast<size_t>(count);
-    Reserve(budget);
-    char* out = m_pBuffer + m_nLength;
     int32_t next = 0;
-    for (char const* p = format; *p; ++p) {
-        if (*p != '%') {
-            *out++ = *p;
+    for (char const* rest = format;;) {
+        CLineFormat part(rest);
+        Emit(part, args, count, next);
+        if (part.IsWhole()) return;
+        rest = part.GetRest();
+    }
+}
+
+// Room for the literal runs and the longest numbers is made once; each text
+// makes its own room.
+void CLineText::Emit(CLineFormat const& format, SArg const* args, int32_t count, int32_t& next) {
+    size_t const fixed = format.GetFixedLength();
+    Reserve(fixed);
+    char* out = m_pBuffer + m_nLength;
+    for (int32_t i = 0; i < format.GetCount(); ++i) {
+        CLineFormat::SPiece const& piece = format.GetPiece(i);
+        if (!piece.m_cDirective) {
+            for (size_t k = 0; k < piece.m_nLength; ++k) out[k] = piece.m_pText[k];
+            out += piece.m_nLength;
             continue;
         }
-        char directive = p[1] == 'l' ? p[2] : p[1];
-        if (directive == '%') {
-            *out++ = '%';
-            ++p;
-            continue;
-        }
-        if (directive != 's' && directive != 'd') {
-            *out++ = '%';  // not a directive of the line formats: kept as text
-            continue;
-        }
-        p += p[1] == 'l' ? 2 : 1;
         if (next >= count) continue;
         SArg const& arg = args[next++];
-        if (directive == 'd') {
+        if (piece.m_cDirective == 'd') {
             out = PutNumber(out, arg.m_pText ? 0 : arg.m_nNumber);
             continue;
         }
-        if (!arg.m_pText) continue;
-        size_t length = std::strlen(arg.m_pText);
-        m_nLength = static_cast<size_t>(out - m_pBuffer);
-        Reserve(length + budget);
-        out = m_pBuffer + m_nLength;
-        std::memcpy(out, arg.m_pText, length);
-        out += length;
+        if (arg.m_pText) out = PutText(out, arg.m_pText, fixed);
     }
     m_nLength = static_cast<size_t>(out - m_pBuffer);
 }

@@ -8,8 +8,11 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
+#include <utility>
 
 #include "CString.h"
+#include "LineFormat.h"
 
 class CLineText {
 public:
@@ -37,6 +40,17 @@ public:
         SArg const list[] = {SArg(args)..., SArg(0)};
         Apply(format, list, static_cast<int32_t>(sizeof...(A)));
     }
+    // The same with a format read at compile time, given one argument per
+    // directive: its pieces are laid out in the code, so building the line
+    // reads no format at all.
+    template <CLineFormat const& F, typename... A>
+    void Format(A const&... args) {
+        static_assert(F.IsWhole() && F.GetDirectiveCount() == sizeof...(A), "one argument per directive");
+        SArg const list[] = {SArg(args)..., SArg(0)};
+        StartLine();
+        Reserve(F.GetFixedLength());
+        EmitPieces<F>(list, std::make_integer_sequence<int32_t, F.GetCount()>());
+    }
     // Appends a text up to its first NUL to the current line; null appends nothing.
     void Append(char const* text);
     // Takes the line feeds out of the current line.
@@ -56,11 +70,36 @@ public:
 private:
     void StartLine();
     void Apply(char const* format, SArg const* args, int32_t count);
+    // Appends the pieces of format; next is the first argument not yet used.
+    void Emit(CLineFormat const& format, SArg const* args, int32_t count, int32_t& next);
     // Makes room for extra more bytes behind the text.
     void Reserve(size_t extra) {
         if (m_nCapacity - m_nLength < extra) Grow(extra);
     }
     void Grow(size_t extra);
+    // Writes the number at out and returns the end of it.
+    static char* PutNumber(char* out, int32_t number);
+    // Copies the text up to its first NUL to out, making room for it and for
+    // fixed more bytes; returns the end of it.
+    char* PutText(char* out, char const* text, size_t fixed);
+    template <CLineFormat const& F, int32_t... I>
+    void EmitPieces(SArg const* args, std::integer_sequence<int32_t, I...>) {
+        char* out = m_pBuffer + m_nLength;
+        ((out = EmitPiece<F, I>(out, args)), ...);
+        m_nLength = static_cast<size_t>(out - m_pBuffer);
+    }
+    template <CLineFormat const& F, int32_t I>
+    char* EmitPiece(char* out, SArg const* args) {
+        constexpr CLineFormat::SPiece piece = F.GetPiece(I);
+        if constexpr (!piece.m_cDirective) {
+            std::memcpy(out, piece.m_pText, piece.m_nLength);
+            return out + piece.m_nLength;
+        } else {
+            SArg const& arg = args[F.ArgumentOf(I)];
+            if constexpr (piece.m_cDirective == 'd') return PutNumber(out, arg.m_pText ? 0 : arg.m_nNumber);
+            else return arg.m_pText ? PutText(out, arg.m_pText, F.GetFixedLength()) : out;
+        }
+    }
     void AppendBytes(char const* text, size_t length);
 
     char* m_pBuffer;
