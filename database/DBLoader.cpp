@@ -9,6 +9,8 @@
 #include <sys/stat.h>
 
 #include <cstdio>
+#include <cstring>
+#include <utility>
 
 #include "CFile.h"
 #include "DatabaseFields.h"
@@ -18,22 +20,36 @@
 
 namespace {
 
-
-using dbfields::CutField;
+using dbfields::CFieldCursor;
 using dbfields::DocTexts;
 using dbfields::SplitMarkers;
+
+// The first ")," at or after start, as CString::Find("),", start) finds it; -1
+// when there is none.
+int32_t FindCloseComma(char const* text, int32_t length, int32_t start) {
+    for (int32_t p = start; p + 1 < length; ++p) {
+        void const* close = std::memchr(text + p, ')', static_cast<size_t>(length - 1 - p));
+        if (!close) return -1;
+        p = static_cast<int32_t>(static_cast<char const*>(close) - text);
+        if (text[p + 1] == ',') return p;
+    }
+    return -1;
+}
 
 // A structure line's third field: when the rest holds "(" with ")," somewhere
 // after it, the field runs through that ")" even across commas, so "a(1,2),b"
 // gives "a(1,2)". The "(" may sit in any later column: "x,,,0,0,,d(1),e" gives
 // "x,,,0,0,,d(1)" as the field. Kept so that files written for readers with this
 // rule load the way they always did.
-CString CutThirdField(CString& rest) {
-    int32_t open = rest.Find('(');
-    int32_t close = open >= 0 ? rest.Find("),", open) : -1;
-    if (close < 0) return CutField(rest);
-    CString field = rest.Left(close + 1);
-    rest = rest.Mid(close + 2);
+CString CutThirdField(CFieldCursor& rest) {
+    char const* text = rest.GetData();
+    int32_t length = rest.GetLength();
+    void const* open = length > 0 ? std::memchr(text, '(', static_cast<size_t>(length)) : nullptr;
+    int32_t close =
+        open ? FindCloseComma(text, length, static_cast<int32_t>(static_cast<char const*>(open) - text)) : -1;
+    if (close < 0) return rest.Next();
+    CString field(text, close + 1);
+    rest.Advance(close + 2);
     return field;
 }
 
@@ -43,7 +59,7 @@ bool HasAtLeastThreeCommas(CString const& line) {
     return count >= 3;
 }
 
-int32_t FlagOf(CString const& field) { return Atoi32(field) != 0 ? 1 : 0; }
+int32_t FlagOf(int32_t number) { return number != 0 ? 1 : 0; }
 
 // The columns of one "nvm" line, cut in file order.
 struct NvmLine {
@@ -56,31 +72,31 @@ struct NvmLine {
 
 NvmLine CutNvmLine(CString const& line) {
     NvmLine nvm;
-    CString rest = line;
-    nvm.first = CutField(rest);
-    nvm.second = CutField(rest);
+    CFieldCursor rest(line);
+    nvm.first = rest.Next();
+    nvm.second = rest.Next();
     nvm.third = CutThirdField(rest);
-    nvm.fourth = CutField(rest);
-    nvm.fifth = CutField(rest);
-    nvm.value = Atoi32(CutField(rest));
-    nvm.flag = FlagOf(CutField(rest));
-    nvm.info = CutField(rest);
-    nvm.doc = SplitMarkers(rest);
+    nvm.fourth = rest.Next();
+    nvm.fifth = rest.Next();
+    nvm.value = rest.NextNumber();
+    nvm.flag = FlagOf(rest.NextNumber());
+    nvm.info = rest.Next();
+    nvm.doc = SplitMarkers(rest.Rest());
     return nvm;
 }
 
 // Commands and reports share the message line; the third column (command or
 // report) is not read, the position of the section says which it is.
 void CutMessageLine(CString const& line, stMessage& message) {
-    CString rest = line;
-    message.m_nLeadingNumber = Atoi32(CutField(rest));
-    message.m_nID = Atoi32(CutField(rest));
-    CutField(rest);
-    message.m_nTrailingNumber = Atoi32(CutField(rest));
-    message.m_strCat1 = CutField(rest);
-    message.m_strCat2 = CutField(rest);
-    message.m_strCat3 = CutField(rest);
-    message.m_strFormat = rest;
+    CFieldCursor rest(line);
+    message.m_nLeadingNumber = rest.NextNumber();
+    message.m_nID = rest.NextNumber();
+    rest.NextNumber();
+    message.m_nTrailingNumber = rest.NextNumber();
+    message.m_strCat1 = rest.Next();
+    message.m_strCat2 = rest.Next();
+    message.m_strCat3 = rest.Next();
+    message.m_strFormat = rest.Rest();
 }
 
 class CDatabaseLoader {
@@ -156,9 +172,9 @@ bool CDatabaseLoader::ReadSection(RecordLoader load, bool readAfterEnd) {
 // The version line, then one more line (normally "<end>") that is not looked at.
 bool CDatabaseLoader::LoadVersion() {
     if (!Next()) return false;
-    CString rest = m_strLine;
-    m_data.m_nDbVersion = Atoi32(CutField(rest));
-    m_data.m_nDbVersionMinor = Atoi32(rest);
+    CFieldCursor rest(m_strLine);
+    m_data.m_nDbVersion = rest.NextNumber();
+    m_data.m_nDbVersionMinor = Atoi32(rest.Rest());
     m_data.m_bVersionFlag = false;
     return Next();
 }
@@ -181,12 +197,12 @@ void CDatabaseLoader::LoadReport(CString const& line) {
 
 void CDatabaseLoader::LoadMonitor(CString const& line) {
     stMonitor* monitor = new stMonitor;
-    CString rest = line;
-    monitor->m_nNumber = Atoi32(CutField(rest));
-    monitor->m_strName = CutField(rest);
-    monitor->m_strSecond = CutField(rest);
-    monitor->m_strThird = CutField(rest);
-    monitor->m_nFlag = FlagOf(rest);
+    CFieldCursor rest(line);
+    monitor->m_nNumber = rest.NextNumber();
+    monitor->m_strName = rest.Next();
+    monitor->m_strSecond = rest.Next();
+    monitor->m_strThird = rest.Next();
+    monitor->m_nFlag = FlagOf(Atoi32(rest.Rest()));
     CString key;
     key.Format(dbtexts::kMonitorKey, monitor->m_strName.GetData());
     m_storage.AddMonitor(monitor, key);
@@ -202,22 +218,22 @@ void CDatabaseLoader::LoadStructLine(CString const& line) {
     if (nvm.second.IsEmpty()) {
         // The kind is not read back: an enumeration field keeps "enum" as its
         // type name and the enumeration's name as its type text.
-        field.m_strName = nvm.third;
-        field.m_strType = nvm.fourth;
-        field.m_strTypeText = nvm.fifth;
+        field.m_strName = std::move(nvm.third);
+        field.m_strType = std::move(nvm.fourth);
+        field.m_strTypeText = std::move(nvm.fifth);
     } else {
-        field.m_strType = nvm.first;
-        field.m_strName = nvm.fifth;
         // Only a structure already loaded makes the field structure-kind; one
         // listed later in the file leaves it primitive.
         if (m_storage.FindStructByName(nvm.first)) field.m_nKind = KIND_STRUCT;
+        field.m_strType = std::move(nvm.first);
+        field.m_strName = std::move(nvm.fifth);
     }
-    field.m_strDescription = nvm.doc.description;
-    field.m_strMode = nvm.doc.mode;
-    field.m_strUnit = nvm.doc.unit;
-    field.m_strDependency = nvm.doc.dependency;
+    field.m_strDescription = std::move(nvm.doc.description);
+    field.m_strMode = std::move(nvm.doc.mode);
+    field.m_strUnit = std::move(nvm.doc.unit);
+    field.m_strDependency = std::move(nvm.doc.dependency);
     field.m_nDim[0] = nvm.value;
-    record->AddField(&field);
+    record->AddField(std::move(field));
 }
 
 // An existing structure is reused as it is; its header values are not updated.
@@ -242,33 +258,33 @@ void CDatabaseLoader::LoadEnumTitle(CString const& line) {
         if (m_pTitleTarget) m_pTitleTarget->m_strDescription += line;
         return;
     }
-    CString rest = line;
-    CString name = CutField(rest);
-    CString flag = CutField(rest);
-    CString title = CutField(rest);
+    CFieldCursor rest(line);
+    CString name = rest.Next();
+    int32_t flag = rest.NextNumber();
+    CString title = rest.Next();
     if (m_storage.FindEnumByName(name)) return;
     stEnum* record = new stEnum;
     record->m_strName = name;
     record->m_bFlag = FlagOf(flag) != 0;
     record->m_bHasTitle = true;
     record->m_strTitle = title;
-    record->m_strDescription = rest;
+    record->m_strDescription = rest.Rest();
     m_storage.AddEnum(record);
     m_pTitleTarget = record;
 }
 
 void CDatabaseLoader::LoadEnumerator(CString const& line) {
-    CString rest = line;
-    CString enumName = CutField(rest);
-    CString name = CutField(rest);
-    int32_t value = Atoi32(CutField(rest));
+    CFieldCursor rest(line);
+    CString enumName = rest.Next();
+    CString name = rest.Next();
+    int32_t value = rest.NextNumber();
     stEnum* record = m_storage.FindEnumByName(enumName);
     if (!record) {
         record = new stEnum;
         record->m_strName = enumName;
         m_storage.AddEnum(record);
     }
-    record->AddField(name, value, rest);
+    record->AddField(name, value, rest.Rest());
 }
 
 // The writer puts the type text in the third column and the kind word in the
@@ -277,13 +293,13 @@ void CDatabaseLoader::LoadEnumerator(CString const& line) {
 // a primitive of type "int" and type text "primitive". Kept so that databases
 // round-trip exactly as they always have. Loaded members never name a signal.
 void CDatabaseLoader::LoadUnionMember(CString const& line) {
-    CString rest = line;
-    CString unionName = CutField(rest);
+    CFieldCursor rest(line);
+    CString unionName = rest.Next();
     stStructVar member(false);
-    member.m_strName = CutField(rest);
-    CString third = CutField(rest);
-    CString fourth = CutField(rest);
-    member.m_nDim[0] = Atoi32(CutField(rest));
+    member.m_strName = rest.Next();
+    CString third = rest.Next();
+    CString fourth = rest.Next();
+    member.m_nDim[0] = rest.NextNumber();
     if (third == dbtexts::kKindStruct) {
         member.m_nKind = KIND_STRUCT;
         member.m_strType = fourth;
@@ -301,13 +317,13 @@ void CDatabaseLoader::LoadUnionMember(CString const& line) {
         record->m_strName = unionName;
         m_storage.AddUnion(record);
     }
-    record->AddField(&member);
+    record->AddField(std::move(member));
 }
 
 void CDatabaseLoader::LoadUnionIdentifier(CString const& line) {
-    CString rest = line;
-    CString first = CutField(rest);
-    m_storage.AddUnionIdentifier(first, rest);
+    CFieldCursor rest(line);
+    CString first = rest.Next();
+    m_storage.AddUnionIdentifier(first, rest.Rest());
 }
 
 // A directory opens for reading here but yields no line, and the deletion after

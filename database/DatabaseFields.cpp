@@ -1,7 +1,10 @@
 // Field cutting and the documentation-marker split of database lines.
 #include "DatabaseFields.h"
 
+#include <cstring>
+
 #include "DatabaseTexts.h"
+#include "NumberText.h"
 
 namespace dbfields {
 
@@ -18,6 +21,45 @@ CString CutField(CString& rest) {
     CString field = rest.Left(pos);
     rest = rest.Mid(pos + 1);
     return field;
+}
+
+char const* CFieldCursor::Comma() const {
+    return m_nLeft > 0 ? static_cast<char const*>(std::memchr(m_pText, ',', static_cast<size_t>(m_nLeft))) : nullptr;
+}
+
+void CFieldCursor::Advance(int32_t n) {
+    if (n > m_nLeft) n = m_nLeft;
+    if (n <= 0) return;
+    m_pText += n;
+    m_nLeft -= n;
+}
+
+CString CFieldCursor::Next() {
+    char const* comma = Comma();
+    if (!comma) return CString();
+    int32_t length = static_cast<int32_t>(comma - m_pText);
+    CString field(m_pText, length);
+    Advance(length + 1);
+    return field;
+}
+
+// The number is read where it stands: the comma that ends the field stops the
+// conversion just as the end of a copied field would. A field of one to nine
+// plain digits, the usual case, cannot saturate and is read here directly.
+int32_t CFieldCursor::NextNumber() {
+    char const* comma = Comma();
+    if (!comma) return 0;
+    int32_t length = static_cast<int32_t>(comma - m_pText);
+    int32_t value = 0;
+    bool plain = length > 0 && length < 10;
+    for (int32_t i = 0; plain && i < length; ++i) {
+        char digit = m_pText[i];
+        plain = digit >= '0' && digit <= '9';
+        if (plain) value = value * 10 + (digit - '0');
+    }
+    if (!plain) value = Atoi32(m_pText);
+    Advance(length + 1);
+    return value;
 }
 
 DocTexts SplitMarkers(CString const& text) {

@@ -8,26 +8,59 @@
 #include <cstdio>
 
 #include "DatabaseTexts.h"
+#include "LineFormat.h"
 #include "Storage.h"
 
 namespace {
 
-// The tag text of a field: empty without any documentation, otherwise all three
-// markers, even around empty parts.
-CString TagText(stStructVar const& field) {
-    CString tag;
-    if (field.m_strDescription.IsEmpty() && field.m_strMode.IsEmpty() && field.m_strUnit.IsEmpty() &&
-        field.m_strDependency.IsEmpty()) {
-        return tag;
-    }
-    tag.Format(dbtexts::kTagText, field.m_strDescription.GetData(), dbtexts::kItemMode, field.m_strMode.GetData(),
-               dbtexts::kItemUnit, field.m_strUnit.GetData(), dbtexts::kItemDependency,
-               field.m_strDependency.GetData());
-    return tag;
+// Whether a field carries any documentation; its lines then end in the tag text.
+bool HasTag(stStructVar const& field) {
+    return !field.m_strDescription.IsEmpty() || !field.m_strMode.IsEmpty() || !field.m_strUnit.IsEmpty() ||
+           !field.m_strDependency.IsEmpty();
 }
 
-// A file of a few hundred thousand lines is written in large blocks.
+// The tag text: all three markers, even around empty parts.
+void AppendTag(CLineText& line, stStructVar const& field) {
+    line.Append(field.m_strDescription);
+    line.Append(dbtexts::kItemMode);
+    line.Append(field.m_strMode);
+    line.Append(dbtexts::kItemUnit);
+    line.Append(field.m_strUnit);
+    line.Append(dbtexts::kItemDependency);
+    line.Append(field.m_strDependency);
+}
+
+namespace lines {
+
+// The record line formats, read when the program is built.
+constexpr CLineFormat kWholeLine("%s");
+constexpr CLineFormat kVersionLine(dbtexts::kVersionLine);
+constexpr CLineFormat kMessageHead(dbtexts::kMessageHead);
+constexpr CLineFormat kMonitorLine(dbtexts::kMonitorLine);
+constexpr CLineFormat kParameterLine(dbtexts::kParameterLine);
+constexpr CLineFormat kStructHeader(dbtexts::kStructHeader);
+constexpr CLineFormat kStructHeaderWithDependency(dbtexts::kStructHeaderWithDependency);
+constexpr CLineFormat kStructFieldOfStruct(dbtexts::kStructFieldOfStruct);
+constexpr CLineFormat kStructField(dbtexts::kStructField);
+constexpr CLineFormat kEnumTitleLine(dbtexts::kEnumTitleLine);
+constexpr CLineFormat kEnumeratorLine(dbtexts::kEnumeratorLine);
+constexpr CLineFormat kUnionMemberLine(dbtexts::kUnionMemberLine);
+constexpr CLineFormat kSignalHeader(dbtexts::kSignalHeader);
+constexpr CLineFormat kSignalMemberOfSignal(dbtexts::kSignalMemberOfSignal);
+constexpr CLineFormat kSignalMemberUnknown(dbtexts::kSignalMemberUnknown);
+constexpr CLineFormat kSignalMember(dbtexts::kSignalMember);
+constexpr CLineFormat kSignalTableLine(dbtexts::kSignalTableLine);
+constexpr CLineFormat kGroupLine(dbtexts::kGroupLine);
+constexpr CLineFormat kUnionIdentifierLine(dbtexts::kUnionIdentifierLine);
+
+}  // namespace lines
+
+// A file of a few hundred thousand lines is written in large blocks: the
+// lines gather in the line buffer and go to the file once this much is there.
 constexpr size_t kWriteBufferSize = 1 << 20;
+constexpr size_t kFlushSize = 1 << 16;
+// The most one write hands the file.
+constexpr size_t kMaxWrite = 1 << 30;
 
 // The number of lines a field's value list takes: the count is checked only
 // after a line is written, so a count of 0 (or less) still gives one line, and
@@ -62,17 +95,27 @@ int CKSLDBWriter::Open(char const* path) {
 
 void CKSLDBWriter::Close() {
     if (!m_pFile) return;
+    Flush();
     m_pFile->Close();
     delete m_pFile;
     m_pFile = nullptr;
 }
 
-void CKSLDBWriter::PutLine(CString const& line) {
-    if (m_pFile) m_pFile->WriteLine(line);
+void CKSLDBWriter::Flush() {
+    char const* data = m_Line.GetBlock();
+    size_t left = m_Line.GetBlockLength();
+    while (m_pFile && left > 0) {
+        size_t piece = left < kMaxWrite ? left : kMaxWrite;
+        m_pFile->WriteBytes(data, static_cast<int32_t>(piece));
+        data += piece;
+        left -= piece;
+    }
+    m_Line.ClearBlock();
 }
 
 void CKSLDBWriter::PutLine(char const* line) {
-    if (m_pFile) m_pFile->WriteLine(line);
+    m_Line.Format<lines::kWholeLine>(line);
+    PutLine(m_Line);
 }
 
 void CKSLDBWriter::PutLine(CLineText& line, bool removeLineFeeds) {
@@ -80,15 +123,15 @@ void CKSLDBWriter::PutLine(CLineText& line, bool removeLineFeeds) {
     // headers and structure-kind field lines have them taken out.
     if (removeLineFeeds) line.RemoveLineFeeds();
     line.EndLine();
-    if (m_pFile) m_pFile->WriteBytes(line.GetData(), line.GetLength());
+    if (!m_pFile) line.ClearBlock();
+    else if (line.GetBlockLength() >= kFlushSize) Flush();
 }
 
 void CKSLDBWriter::WriteDB() {
-    CString version;
-    version.Format(dbtexts::kVersionLine, static_cast<long>(m_pData ? m_pData->m_nDbVersion : 0),
-                   m_pData ? m_pData->m_nDbVersionMinor : 0);
     PutLine(dbtexts::kDbVersion);
-    PutLine(version);
+    m_Line.Format<lines::kVersionLine>(static_cast<long>(m_pData ? m_pData->m_nDbVersion : 0),
+                                       m_pData ? m_pData->m_nDbVersionMinor : 0);
+    PutLine(m_Line);
     PutLine(dbtexts::kEnd);
     WriteSection(dbtexts::kEnumVals, &CStorage::PrintCommands);
     WriteSection(dbtexts::kEnumVals, &CStorage::PrintReports);
@@ -114,8 +157,8 @@ void CKSLDBWriter::WriteSection(char const* keyword, void (CStorage::*print)()) 
 
 void CKSLDBWriter::WriteMessage(stMessage const& message, int32_t isCommand, bool wrap) {
     CLineText& line = m_Line;
-    line.Format(dbtexts::kMessageHead, message.m_nLeadingNumber, message.m_nID, isCommand, message.m_nTrailingNumber,
-                message.m_strCat1, message.m_strCat2, message.m_strCat3);
+    line.Format<lines::kMessageHead>(message.m_nLeadingNumber, message.m_nID, isCommand, message.m_nTrailingNumber,
+                                     message.m_strCat1, message.m_strCat2, message.m_strCat3);
     if (wrap) {
         bool structPrint = message.m_strFormat.Find(dbtexts::kStructPrintMark) >= 0;
         line.Append(structPrint ? dbtexts::kWrapStructPrintf : dbtexts::kWrapPrintf);
@@ -132,13 +175,13 @@ void CKSLDBWriter::WriteCommand(stCommand const& command) { WriteMessage(command
 void CKSLDBWriter::WriteReport(stReport const& report) { WriteMessage(report, 0, report.m_bWrap); }
 
 void CKSLDBWriter::WriteMonitor(stMonitor const& monitor) {
-    m_Line.Format(dbtexts::kMonitorLine, monitor.m_nNumber, monitor.m_strName, monitor.m_strSecond,
-                  monitor.m_strThird, monitor.m_nFlag ? 1 : 0);
+    m_Line.Format<lines::kMonitorLine>(monitor.m_nNumber, monitor.m_strName, monitor.m_strSecond, monitor.m_strThird,
+                                       monitor.m_nFlag ? 1 : 0);
     PutLine(m_Line);
 }
 
 void CKSLDBWriter::WriteParameter(CString const& name, CString const& value) {
-    m_Line.Format(dbtexts::kParameterLine, name, value);
+    m_Line.Format<lines::kParameterLine>(name, value);
     PutLine(m_Line);
 }
 
@@ -147,10 +190,10 @@ void CKSLDBWriter::WriteParameters() { WriteParameter(dbtexts::kOsTypeName, dbte
 
 void CKSLDBWriter::WriteStruct(stStruct const& record, CString const& name) {
     if (record.m_strDependency.IsEmpty()) {
-        m_Line.Format(dbtexts::kStructHeader, name, record.m_nFlag, record.m_strInfo, record.m_strDescription);
+        m_Line.Format<lines::kStructHeader>(name, record.m_nFlag, record.m_strInfo, record.m_strDescription);
     } else {
-        m_Line.Format(dbtexts::kStructHeaderWithDependency, name, record.m_nFlag, record.m_strInfo,
-                      record.m_strDescription, record.m_strDependency);
+        m_Line.Format<lines::kStructHeaderWithDependency>(name, record.m_nFlag, record.m_strInfo,
+                                                          record.m_strDescription, record.m_strDependency);
     }
     PutLine(m_Line, true);
     void* pos = record.GetFirstFieldPosition();
@@ -164,19 +207,21 @@ int CKSLDBWriter::WriteStructVar(stStructVar const* field, CString const& struct
     if (!field) return 0;
     bool ofStruct = field->m_nKind == KIND_STRUCT;
     if (ofStruct && !KnownType(*field, false)) return 0;
-    CString tag = TagText(*field);
+    bool tagged = HasTag(*field);
     bool ofEnum = field->m_nKind == KIND_ENUM;
     char const* kindText = ofEnum ? dbtexts::kKindEnum : field->m_strType.GetData();
     char const* typeText = ofEnum ? field->m_strType.GetData() : field->m_strTypeText.GetData();
     int32_t lines = ValueLines(*field);
     for (int32_t i = 0; i < lines; ++i) {
         if (ofStruct) {
-            m_Line.Format(dbtexts::kStructFieldOfStruct, field->m_strType, structName, field->m_strName,
-                          field->m_nDim[i], flag, info, tag);
+            m_Line.Format<lines::kStructFieldOfStruct>(field->m_strType, structName, field->m_strName, field->m_nDim[i],
+                                                       flag, info, "");
         } else {
-            m_Line.Format(dbtexts::kStructField, structName, field->m_strName, kindText, typeText, field->m_nDim[i],
-                          flag, info, tag);
+            m_Line.Format<lines::kStructField>(structName, field->m_strName, kindText, typeText, field->m_nDim[i], flag,
+                                               info, "");
         }
+        // Both formats end in the tag text.
+        if (tagged) AppendTag(m_Line, *field);
         PutLine(m_Line, ofStruct);
     }
     return 1;
@@ -198,16 +243,16 @@ bool CKSLDBWriter::KnownType(stStructVar const& field, bool signalAllowed) {
 
 void CKSLDBWriter::WriteEnumTitle(stEnum const& record) {
     if (record.m_strName.IsEmpty() || !record.m_bHasTitle) return;
-    m_Line.Format(dbtexts::kEnumTitleLine, record.m_strName, record.m_bFlag ? 1 : 0, record.m_strTitle,
-                  record.m_strDescription);
+    m_Line.Format<lines::kEnumTitleLine>(record.m_strName, record.m_bFlag ? 1 : 0, record.m_strTitle,
+                                         record.m_strDescription);
     PutLine(m_Line);
 }
 
 void CKSLDBWriter::WriteEnum(stEnum const& record, CString const& name) {
     for (uint32_t i = 0; i < record.m_Fields.GetSize(); ++i) {
         stEnumVar const& enumerator = record.m_Fields.GetAt(i);
-        m_Line.Format(dbtexts::kEnumeratorLine, name, enumerator.m_strName, enumerator.m_nValue,
-                      enumerator.m_strDescription);
+        m_Line.Format<lines::kEnumeratorLine>(name, enumerator.m_strName, enumerator.m_nValue,
+                                              enumerator.m_strDescription);
         PutLine(m_Line);
     }
 }
@@ -242,14 +287,14 @@ int CKSLDBWriter::WriteUnionVar(stStructVar const* member, CString const& unionN
     }
     int32_t lines = ValueLines(*member);
     for (int32_t i = 0; i < lines; ++i) {
-        m_Line.Format(dbtexts::kUnionMemberLine, unionName, member->m_strName, typeText, kindText, member->m_nDim[i]);
+        m_Line.Format<lines::kUnionMemberLine>(unionName, member->m_strName, typeText, kindText, member->m_nDim[i]);
         PutLine(m_Line);
     }
     return 1;
 }
 
 void CKSLDBWriter::WriteSignal(CString const& name, CList<stSignalVar*> const& members) {
-    m_Line.Format(dbtexts::kSignalHeader, name);
+    m_Line.Format<lines::kSignalHeader>(name);
     PutLine(m_Line);
     void* pos = members.GetHeadPosition();
     while (pos) {
@@ -262,36 +307,36 @@ void CKSLDBWriter::WriteSignalVar(CString const& signalName, stSignalVar const& 
     if (member.m_nType == SIGVAR_STRUCT) {
         bool isSignal = m_pStorage && m_pStorage->FindSignalByName(member.m_strTypeName);
         if (isSignal) {
-            m_Line.Format(dbtexts::kSignalMemberOfSignal, member.m_strName, signalName, member.m_nCount,
-                          member.m_strTypeName);
+            m_Line.Format<lines::kSignalMemberOfSignal>(member.m_strName, signalName, member.m_nCount,
+                                                        member.m_strTypeName);
         } else {
-            m_Line.Format(dbtexts::kSignalMemberUnknown, signalName, member.m_strTypeName, member.m_nCount,
-                          member.m_strName);
+            m_Line.Format<lines::kSignalMemberUnknown>(signalName, member.m_strTypeName, member.m_nCount,
+                                                       member.m_strName);
         }
         PutLine(m_Line);
         return;
     }
     char const* word = SignalVarWord(member.m_nType);
-    m_Line.Format(dbtexts::kSignalMember, signalName, member.m_strTypeName, word, member.m_nCount, member.m_strName);
+    m_Line.Format<lines::kSignalMember>(signalName, member.m_strTypeName, word, member.m_nCount, member.m_strName);
     PutLine(m_Line);
     for (uint32_t i = 0; i < member.m_Values.GetSize(); ++i) {
-        m_Line.Format(dbtexts::kSignalMember, signalName, member.m_strTypeName, word,
-                      static_cast<int32_t>(member.m_Values.GetAt(i)), member.m_strName);
+        m_Line.Format<lines::kSignalMember>(signalName, member.m_strTypeName, word,
+                                            static_cast<int32_t>(member.m_Values.GetAt(i)), member.m_strName);
         PutLine(m_Line);
     }
 }
 
 void CKSLDBWriter::WriteSignalTable(CString const& memberName, int32_t value) {
-    m_Line.Format(dbtexts::kSignalTableLine, memberName, value);
+    m_Line.Format<lines::kSignalTableLine>(memberName, value);
     PutLine(m_Line);
 }
 
 void CKSLDBWriter::WriteGroup(stGroup const& group) {
-    m_Line.Format(dbtexts::kGroupLine, group.m_strName, group.m_nBaseValue);
+    m_Line.Format<lines::kGroupLine>(group.m_strName, group.m_nBaseValue);
     PutLine(m_Line);
 }
 
 void CKSLDBWriter::WriteUnionIdentifier(CString const& first, CString const& second) {
-    m_Line.Format(dbtexts::kUnionIdentifierLine, first, second);
+    m_Line.Format<lines::kUnionIdentifierLine>(first, second);
     PutLine(m_Line);
 }

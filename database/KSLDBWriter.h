@@ -55,10 +55,11 @@ public:
 
 private:
     // One line and its line feed; nothing before Open.
-    void PutLine(CString const& line);
     void PutLine(char const* line);
-    // The line built in line, then its line feed, written in one piece.
+    // Ends the line built in line; the ended lines go to the file in blocks.
     void PutLine(CLineText& line, bool removeLineFeeds = false);
+    // Writes the lines gathered so far.
+    void Flush();
     // The keyword, the store's print routine for the section, "<end>".
     void WriteSection(char const* keyword, void (CStorage::*print)());
     // Whether a structure-kind field's type is in the store (as a signal when
@@ -66,5 +67,5 @@ private:
     bool KnownType(stStructVar const& field, bool signalAllowed);
     void WriteSignalVar(CString const& signalName, stSignalVar const& member);
 
-    CLineText m_Line;  // reused for every record line
+    CLineText m_Line;  // every record line, gathered until the next flush
 };

@@ -1,14 +1,18 @@
 // The line buffer of the database writer: one record line is built here from a
-// line format of DatabaseTexts.h and its arguments, then written whole. Only
-// the directives the formats use are read: "%s" (a text up to its first NUL),
-// "%d" and "%ld" (a 32-bit number) and "%%". The buffer is kept from line to
-// line, so writing a large database allocates nothing per line.
+// line format of DatabaseTexts.h and its arguments. Only the directives the
+// formats use are read: "%s" (a text up to its first NUL), "%d" and "%ld" (a
+// 32-bit number) and "%%". Ended lines stay in the buffer behind each other
+// until the writer takes them as one block, so writing a large database
+// allocates nothing per line and hands the file large pieces.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
-#include <string>
+#include <cstring>
+#include <utility>
 
 #include "CString.h"
+#include "LineFormat.h"
 
 class CLineText {
 public:
@@ -22,26 +26,85 @@ public:
         int32_t m_nNumber = 0;
     };
 
-    // Replaces the contents with the formatted line. An argument of the wrong
-    // kind for its directive is read as the directive asks (a number as an empty
-    // text, a text as 0); a directive past the last argument gives nothing.
+    CLineText();
+    CLineText(CLineText const&) = delete;
+    CLineText& operator=(CLineText const&) = delete;
+    ~CLineText();
+
+    // Replaces the current line with the formatted one; after EndLine it starts
+    // a new line behind the ended one instead. An argument of the wrong kind for
+    // its directive is read as the directive asks (a number as an empty text, a
+    // text as 0); a directive past the last argument gives nothing.
     template <typename... A>
     void Format(char const* format, A const&... args) {
         SArg const list[] = {SArg(args)..., SArg(0)};
         Apply(format, list, static_cast<int32_t>(sizeof...(A)));
     }
-    // Appends a text up to its first NUL.
+    // The same with a format read at compile time, given one argument per
+    // directive: its pieces are laid out in the code, so building the line
+    // reads no format at all.
+    template <CLineFormat const& F, typename... A>
+    void Format(A const&... args) {
+        static_assert(F.IsWhole() && F.GetDirectiveCount() == sizeof...(A), "one argument per directive");
+        SArg const list[] = {SArg(args)..., SArg(0)};
+        StartLine();
+        Reserve(F.GetFixedLength());
+        EmitPieces<F>(list, std::make_integer_sequence<int32_t, F.GetCount()>());
+    }
+    // Appends a text up to its first NUL to the current line; null appends nothing.
     void Append(char const* text);
+    // Takes the line feeds out of the current line.
     void RemoveLineFeeds();
-    // Appends the line feed that ends the line.
-    void EndLine() { m_text += '\n'; }
+    // Appends the line feed that ends the current line.
+    void EndLine();
 
-    char const* GetData() const { return m_text.data(); }
-    int32_t GetLength() const { return static_cast<int32_t>(m_text.size()); }
+    // The current line (with its line feed once ended).
+    char const* GetData() const { return m_pBuffer + m_nLineStart; }
+    int32_t GetLength() const { return static_cast<int32_t>(m_nLength - m_nLineStart); }
+    // The ended lines not yet cleared, then the current line.
+    char const* GetBlock() const { return m_pBuffer; }
+    size_t GetBlockLength() const { return m_nLength; }
+    // Empties the buffer; its memory is kept.
+    void ClearBlock();
 
 private:
+    void StartLine();
     void Apply(char const* format, SArg const* args, int32_t count);
-    void AppendNumber(int32_t number);
+    // Appends the pieces of format; next is the first argument not yet used.
+    void Emit(CLineFormat const& format, SArg const* args, int32_t count, int32_t& next);
+    // Makes room for extra more bytes behind the text.
+    void Reserve(size_t extra) {
+        if (m_nCapacity - m_nLength < extra) Grow(extra);
+    }
+    void Grow(size_t extra);
+    // Writes the number at out and returns the end of it.
+    static char* PutNumber(char* out, int32_t number);
+    // Copies the text up to its first NUL to out, making room for it and for
+    // fixed more bytes; returns the end of it.
+    char* PutText(char* out, char const* text, size_t fixed);
+    template <CLineFormat const& F, int32_t... I>
+    void EmitPieces(SArg const* args, std::integer_sequence<int32_t, I...>) {
+        char* out = m_pBuffer + m_nLength;
+        ((out = EmitPiece<F, I>(out, args)), ...);
+        m_nLength = static_cast<size_t>(out - m_pBuffer);
+    }
+    template <CLineFormat const& F, int32_t I>
+    char* EmitPiece(char* out, SArg const* args) {
+        constexpr CLineFormat::SPiece piece = F.GetPiece(I);
+        if constexpr (!piece.m_cDirective) {
+            std::memcpy(out, piece.m_pText, piece.m_nLength);
+            return out + piece.m_nLength;
+        } else {
+            SArg const& arg = args[F.ArgumentOf(I)];
+            if constexpr (piece.m_cDirective == 'd') return PutNumber(out, arg.m_pText ? 0 : arg.m_nNumber);
+            else return arg.m_pText ? PutText(out, arg.m_pText, F.GetFixedLength()) : out;
+        }
+    }
+    void AppendBytes(char const* text, size_t length);
 
-    std::string m_text;
+    char* m_pBuffer;
+    size_t m_nLength = 0;
+    size_t m_nCapacity;
+    size_t m_nLineStart = 0;
+    bool m_bEnded = false;
 };

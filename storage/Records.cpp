@@ -5,6 +5,11 @@
 #include "Records.h"
 
 #include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <utility>
+
+#include "StorageTexts.h"
 
 namespace {
 
@@ -102,6 +107,8 @@ stStructVar* stStruct::GetNewField() {
 void stStruct::AddField(stStructVar const* field) {
     if (field) m_Fields.Add(*field);
 }
+
+void stStruct::AddField(stStructVar&& field) { *m_Fields.Add() = std::move(field); }
 
 void stStruct::CancelLastField() { m_Fields.RemoveTail(); }
 
@@ -246,8 +253,28 @@ void stEnum::ApplySizeRule(int32_t value) {
 
 // ---- messages, signals ----
 
+// "%s__%s__%s" of the categories, each up to its first NUL, built without a
+// printf: every loaded and transferred message names itself this way.
 void stMessage::GetFullName(CString& name) const {
-    name.Format("%s__%s__%s", m_strCat1.GetData(), m_strCat2.GetData(), m_strCat3.GetData());
+    constexpr size_t kSeparatorLength = sizeof storagetexts::kFullNameSeparator - 1;
+    char const* parts[] = {m_strCat1.GetData(), m_strCat2.GetData(), m_strCat3.GetData()};
+    size_t lengths[] = {std::strlen(parts[0]), std::strlen(parts[1]), std::strlen(parts[2])};
+    size_t total = lengths[0] + lengths[1] + lengths[2] + 2 * kSeparatorLength;
+    char local[256];
+    char* text = total <= sizeof local ? local : static_cast<char*>(std::malloc(total));
+    if (!text) std::abort();
+    char* out = text;
+    for (int32_t i = 0; i < 3; ++i) {
+        if (i > 0) {
+            std::memcpy(out, storagetexts::kFullNameSeparator, kSeparatorLength);
+            out += kSeparatorLength;
+        }
+        std::memcpy(out, parts[i], lengths[i]);
+        out += lengths[i];
+    }
+    // The categories may be name itself, so it is replaced only at the end.
+    name = CString(text, static_cast<int32_t>(total));
+    if (text != local) std::free(text);
 }
 
 CString stMessage::GetFullName() const {

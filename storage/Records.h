@@ -72,6 +72,8 @@ struct stStruct {
     // Appends a cleared field; the pointer is valid until the next field is added.
     stStructVar* GetNewField();
     void AddField(stStructVar const* field);
+    // The same, taking the field's texts over instead of copying them.
+    void AddField(stStructVar&& field);
     void CancelLastField();
     // Each sets the documentation of the last field; nothing without fields.
     void SetDescription(CString const& text);

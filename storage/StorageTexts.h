@@ -1,6 +1,7 @@
 // The fixed texts of the type database: the built-in report that heads the
-// report section, the names the signal table is derived from, and the headings
-// and file suffix of the missing-items report.
+// report section, the separator of message full names, the names the signal
+// table is derived from, and the headings and file suffix of the
+// missing-items report.
 #pragma once
 
 namespace storagetexts {
@@ -8,6 +9,9 @@ namespace storagetexts {
 // The report written before every stored report.
 constexpr char kBuiltInReportCategory[] = "PRINTF";
 constexpr char kBuiltInReportFormat[] = "diagPrintf(\"%s\")";
+
+// Between the three categories of a message's full name.
+constexpr char kFullNameSeparator[] = "__";
 
 // The union whose members and the enumeration whose values form the signal table.
 constexpr char kSignalUnionName[] = "Signal";

@@ -1,6 +1,7 @@
 // The writer's line formatter: every directive of the database line formats
 // gives the bytes printf gives, texts stop at their first NUL, and line feeds
-// are taken out only when asked.
+// are taken out only when asked; a format read at compile time gives the same
+// bytes as one read as the line is built.
 #include "LineText.h"
 
 #include <gtest/gtest.h>
@@ -10,6 +11,9 @@
 #include "DatabaseTexts.h"
 
 namespace {
+
+constexpr CLineFormat kMixed("<%ld|%d%%%q%s>%");
+constexpr CLineFormat kStructField(dbtexts::kStructField);
 
 std::string Text(CLineText const& line) { return std::string(line.GetData(), static_cast<size_t>(line.GetLength())); }
 
@@ -21,6 +25,29 @@ TEST(CLineText, FormatGivesThePrintfBytesOfEachDirective) {
     EXPECT_EQ("7,3", Text(line));  // the buffer is replaced, not appended to
     line.Format("100%% %q%");
     EXPECT_EQ("100% %q%", Text(line));
+}
+
+TEST(CLineText, FormatsReadAtCompileTimeGiveTheSameBytes) {
+    CLineText line;
+    line.Format<kMixed>(-12L, 0, CString("ab\0cd", 5));
+    EXPECT_EQ("<-12|0%%qab>%", Text(line));
+    line.Format<kStructField>("S", "f", "primitive", "int", 3, 1, "", "");
+    EXPECT_EQ("S,,f,primitive,int,3,1,,", Text(line));
+    line.EndLine();
+    line.Format(dbtexts::kStructField, "S", "f", "primitive", "int", 3, 1, "", "");
+    EXPECT_EQ("S,,f,primitive,int,3,1,,", Text(line));  // a new line behind the ended one
+    EXPECT_EQ("S,,f,primitive,int,3,1,,\nS,,f,primitive,int,3,1,,",
+              std::string(line.GetBlock(), line.GetBlockLength()));
+}
+
+// Every "%d," is two pieces, so the format below is read in three parts; the
+// arguments run out inside the second.
+TEST(CLineText, LongFormatsAreReadInParts) {
+    std::string format;
+    for (int32_t i = 0; i < 3 * CLineFormat::kMaxPieces / 2; ++i) format += "%d,";
+    CLineText line;
+    line.Format(format.c_str(), 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 18, 19, 20);
+    EXPECT_EQ("1,2,3,4,5,6,7,8,9,10,11,12,13,14,15,16,17,18,19,20," + std::string(16, ','), Text(line));
 }
 
 TEST(CLineText, TextsStopAtTheirFirstNul) {
