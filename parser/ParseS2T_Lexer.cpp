@@ -42,6 +42,48 @@ int32_t FindSeparator(CString const& line, int32_t start) {
 // without a copy; length is below the line's length.
 void CutLineAt(CString& line, int32_t length) { line.SetAt(length, '\0'); }
 
+// The first count characters leave the line, as a left trim takes them, in
+// place; count lies from 1 to the line's length.
+void DropFront(CString& line, int32_t count) {
+    int32_t rest = line.GetLength() - count;
+    std::memmove(line.GetData(), line.GetData() + count, static_cast<size_t>(rest));
+    CutLineAt(line, rest);
+}
+
+// TrimLeft of spaces and tabs, without a set built per call.
+void TrimBlanksAndTabsLeft(CString& line) {
+    int32_t count = 0;
+    while (count < line.GetLength() && (line.GetAt(count) == ' ' || line.GetAt(count) == '\t')) ++count;
+    if (count > 0) DropFront(line, count);
+}
+
+// StartsWith for a constant prefix, its length known without strlen.
+template <size_t N>
+bool TextStartsWith(CString const& text, char const (&prefix)[N]) {
+    return text.GetLength() >= static_cast<int32_t>(N - 1) && std::memcmp(text.GetData(), prefix, N - 1) == 0;
+}
+
+// Where the two-character comment mark stands first at or after from, as
+// CString::Find gives it, or -1. Every mark holds a "/", so the search runs
+// with memchr from one "/" to the next.
+int32_t FindCommentMark(CString const& line, char const (&mark)[3], int32_t from) {
+    char const* text = line.GetData();
+    int32_t length = line.GetLength();
+    // The "/" is the mark's first character ("//", "/*") or its second ("*/").
+    int32_t slashAt = mark[0] == '/' ? 0 : 1;
+    char other = mark[1 - slashAt];
+    int32_t at = from + slashAt;
+    while (at < length) {
+        char const* hit = static_cast<char const*>(std::memchr(text + at, '/', static_cast<size_t>(length - at)));
+        if (!hit) return -1;
+        int32_t slash = static_cast<int32_t>(hit - text);
+        int32_t start = slash - slashAt;
+        if (slashAt == 0 ? slash + 1 < length && text[slash + 1] == other : text[start] == other) return start;
+        at = slash + 1;
+    }
+    return -1;
+}
+
 }  // namespace
 
 // ---- the rest of the current line
@@ -64,7 +106,12 @@ void CParseS2T::SetLinePos(int32_t pos) {
 
 void CParseS2T::SkipLineBlanks() {
     int32_t pos = m_nLinePos;
-    while (pos < m_strLine.GetLength() && IsLeftBlank(m_strLine.GetAt(pos))) ++pos;
+    int32_t length = m_strLine.GetLength();
+    char const* text = m_strLine.GetData();
+    // Runs of spaces, as columns are aligned with, eight at a time.
+    static constexpr char kEightSpaces[] = "        ";
+    while (pos + 8 <= length && std::memcmp(text + pos, kEightSpaces, 8) == 0) pos += 8;
+    while (pos < length && IsLeftBlank(text[pos])) ++pos;
     SetLinePos(pos);
 }
 
@@ -101,22 +148,25 @@ int CParseS2T::ReadLine(CFile* file, int raw) {
     m_nLinePos = 0;
     LineChanged();
     m_nLineNo = static_cast<int32_t>(static_cast<uint32_t>(m_nLineNo) + 1u);
-    m_strLine.Trim();
+    m_strLine.TrimRight();
+    int32_t blanks = 0;
+    while (blanks < m_strLine.GetLength() && IsLeftBlank(m_strLine.GetAt(blanks))) ++blanks;
+    if (blanks > 0) DropFront(m_strLine, blanks);
     DisplayFileProcessedSizePercentage(file);
     if (m_bExportedOnly) {
         // A marker counts only on the line directly above its typedef, and only
         // at the first character of the trimmed line.
-        if (m_strLine.StartsWith(kTypedefStruct) && m_bExportedStruct) return 1;
-        m_bExportedStruct = m_strLine.StartsWith(kExportedStructMarker);
-        if (m_strLine.StartsWith(kTypedefEnum) && m_bExportedEnum) return 1;
-        m_bExportedEnum = m_strLine.StartsWith(kExportedEnumMarker);
+        if (TextStartsWith(m_strLine, kTypedefStruct) && m_bExportedStruct) return 1;
+        m_bExportedStruct = TextStartsWith(m_strLine, kExportedStructMarker);
+        if (TextStartsWith(m_strLine, kTypedefEnum) && m_bExportedEnum) return 1;
+        m_bExportedEnum = TextStartsWith(m_strLine, kExportedEnumMarker);
     }
     if (raw != 0) return 1;
     DeleteRemark(m_strLine);
     if (m_strLine.IsEmpty() || m_strLine.GetAt(0) != '#') return 1;
     m_strLine.Remove('#');
-    m_strLine.TrimLeft(CString(kBlankAndTab));
-    if (m_strLine.StartsWith(kKeywordInclude) || m_strLine.StartsWith(kKeywordDefine)) return 1;
+    TrimBlanksAndTabsLeft(m_strLine);
+    if (TextStartsWith(m_strLine, kKeywordInclude) || TextStartsWith(m_strLine, kKeywordDefine)) return 1;
     // A directive read while another is being handled is handled after it, by
     // the loop in ParsePPStatements: a header of many directive lines in a row
     // must not nest one call per line.
@@ -141,12 +191,13 @@ void CParseS2T::DisplayFileProcessedSizePercentage(CFile* file) {
 void CParseS2T::DeleteRemark(CString& line) {
     // A line without "/" and "*" holds no comment mark; only a comment opened
     // above can hide it.
-    size_t length = static_cast<size_t>(line.GetLength());
-    if (!std::memchr(line.GetData(), '/', length) && !std::memchr(line.GetData(), '*', length)) {
+    // Every mark holds a "/": a line without one holds no comment mark, and
+    // only a comment opened above can hide it.
+    if (!std::memchr(line.GetData(), '/', static_cast<size_t>(line.GetLength()))) {
         if (m_bInComment) line.Empty();
         return;
     }
-    int32_t slashes = line.Find(kLineComment);
+    int32_t slashes = FindCommentMark(line, kLineComment, 0);
     if (slashes >= 0) CutLineAt(line, slashes);
     // Every "/*" closed on the same line is deleted with its comment; the first
     // one left open cuts the line. Done in one pass, in place: after the "//"
@@ -157,13 +208,13 @@ void CParseS2T::DeleteRemark(CString& line) {
     int32_t kept = 0;
     int32_t from = 0;
     for (;;) {
-        int32_t open = line.Find(kBlockCommentOpen, from);
+        int32_t open = FindCommentMark(line, kBlockCommentOpen, from);
         if (open < 0) break;
         m_bInComment = true;
         openingSeen = true;
         std::memmove(text + kept, text + from, static_cast<size_t>(open - from));
         kept += open - from;
-        int32_t close = line.Find(kBlockCommentClose, open);
+        int32_t close = FindCommentMark(line, kBlockCommentClose, open);
         if (close < 0) {
             from = line.GetLength();
             break;
@@ -175,7 +226,7 @@ void CParseS2T::DeleteRemark(CString& line) {
         std::memmove(text + kept, text + from, static_cast<size_t>(line.GetLength() - from));
         CutLineAt(line, kept + line.GetLength() - from);
     }
-    int32_t close = line.Find(kBlockCommentClose);
+    int32_t close = FindCommentMark(line, kBlockCommentClose, 0);
     if (close >= 0) {
         // The end of a comment opened on an earlier line.
         m_bInComment = false;
@@ -217,7 +268,7 @@ void CParseS2T::SkipBlockCommentLines(CFile* file, bool& endOfFile) {
             endOfFile = true;
             return;
         }
-    } while (m_strLine.Find(kBlockCommentClose) < 0);
+    } while (FindCommentMark(m_strLine, kBlockCommentClose, 0) < 0);
     if (!ReadLine(file, 1)) endOfFile = true;
 }
 
@@ -228,11 +279,15 @@ CString CParseS2T::CutToken(int32_t length) {
     char const* start = m_strLine.GetData() + m_nLinePos;
     // A token that ends with "/*" leaves the opener in the line.
     if (length > 2 && start[length - 2] == '/' && start[length - 1] == '*') length -= 2;
-    CString token(start, length);
     SetLinePos(m_nLinePos + length);
     SkipLineBlanks();
-    token.Trim();
-    return token;
+    // The token is trimmed as CString::Trim does it, the right end first, and
+    // built once from what is left.
+    int32_t end = length;
+    while (end > 0 && static_cast<signed char>(start[end - 1]) <= 32) --end;
+    int32_t begin = 0;
+    while (begin < end && IsLeftBlank(start[begin])) ++begin;
+    return CString(start + begin, end - begin);
 }
 
 CString CParseS2T::GetToken(CFile* file) {
@@ -245,9 +300,9 @@ CString CParseS2T::GetToken(CFile* file) {
         if (first == '#') {
             CommitLinePos();
             m_strLine.Remove('#');
-            m_strLine.TrimLeft(CString(kBlankAndTab));
+            TrimBlanksAndTabsLeft(m_strLine);
             LineChanged();
-            if (!m_strLine.StartsWith(kKeywordInclude) && !m_strLine.StartsWith(kKeywordDefine)) {
+            if (!TextStartsWith(m_strLine, kKeywordInclude) && !TextStartsWith(m_strLine, kKeywordDefine)) {
                 ParsePPStatements(file);
             }
             continue;
@@ -263,7 +318,7 @@ CString CParseS2T::GetToken(CFile* file) {
             return CutToken(7);
         }
         if (first == '/' && LineStartsWith(kBlockCommentOpen)) {
-            int32_t close = m_strLine.Find(kBlockCommentClose, m_nLinePos);
+            int32_t close = FindCommentMark(m_strLine, kBlockCommentClose, m_nLinePos);
             if (close >= 0) {
                 SetLinePos(close + 2);
             } else {

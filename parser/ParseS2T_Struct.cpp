@@ -90,15 +90,13 @@ int32_t StatementEnd(char const* text, int32_t length) {
 }  // namespace
 
 CString CParseS2T::GetBodyToken(CFile* file) {
-    for (;;) {
-        CString token = GetToken(file);
-        if (m_nTokenType == TOKEN_DEFINE) {
-            ParseDefineStatement(file);
-            continue;
-        }
-        if (m_nTokenType == TOKEN_ORDINARY && token.IsEmpty()) continue;
-        return token;
+    // One named token returned on every path, so that it is built in place.
+    CString token = GetToken(file);
+    while (m_nTokenType == TOKEN_DEFINE || (m_nTokenType == TOKEN_ORDINARY && token.IsEmpty())) {
+        if (m_nTokenType == TOKEN_DEFINE) ParseDefineStatement(file);
+        token = GetToken(file);
     }
+    return token;
 }
 
 CStruct* CParseS2T::DoStruct(CFile* file, bool typedefForm) { return ParseStruct(file, typedefForm, false); }
