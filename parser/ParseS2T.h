@@ -295,12 +295,13 @@ public:
     // One of the primitive type names (character types included).
     bool IsPrimitiveTypeName(CString const& type);
     // Follows the typedef map, dropping "volatile", to the text it ends at.
-    CString ResolveTypeAlias(CString text);
+    CString ResolveTypeAlias(CString const& start);
     // The type text of a field whose first type word is first; pending receives
     // the token read past a type of keywords or "unsigned"/"signed" (the
     // declarator's start), empty when nothing was read past the type.
     CString ResolveFieldType(CFile* file, CString const& first, CString& pending);
     CString NormaliseTypeName(CString const& text);
+    void NormaliseTypeNameInPlace(CString& text);
     int32_t SelectFieldKind(CString const& type);
     // field, just appended to owner, is a bit-field of width bits.
     void AddBitField(CStruct* owner, CStructVar* field, int32_t width, int32_t& holderCounter);

@@ -193,7 +193,8 @@ void CParseS2T::ClassifyTypeWord(CFile* file, CString const& word, SFieldType& t
     // every field: its answer only matters for primitive types, but the lines
     // it reads count for the progress display.
     bool pointer = IsPointer(file);
-    type.type = NormaliseTypeName(ResolveFieldType(file, word, pending));
+    type.type = ResolveFieldType(file, word, pending);
+    NormaliseTypeNameInPlace(type.type);
     type.kind = SelectFieldKind(type.type);
     type.pointedKind = type.kind;
     bool primitive = type.kind == FIELD_INT || type.kind == FIELD_CHAR;
