@@ -84,6 +84,48 @@ int32_t FindCommentMark(CString const& line, char const (&mark)[3], int32_t from
     return -1;
 }
 
+// DeleteRemark by plain searches, for a line of many slashes.
+void DeleteCommentsBySearch(CString& line, bool& inComment) {
+    int32_t slashes = FindCommentMark(line, kLineComment, 0);
+    if (slashes >= 0) CutLineAt(line, slashes);
+    // Every "/*" closed on the same line is deleted with its comment; the first
+    // one left open cuts the line. Done in one pass, in place: after the "//"
+    // cut no deletion can join a new "/*" or "*/" out of the characters around
+    // it, and the kept text never overtakes the part still to be searched.
+    bool openingSeen = false;
+    char* text = line.GetData();
+    int32_t kept = 0;
+    int32_t from = 0;
+    for (;;) {
+        int32_t open = FindCommentMark(line, kBlockCommentOpen, from);
+        if (open < 0) break;
+        inComment = true;
+        openingSeen = true;
+        std::memmove(text + kept, text + from, static_cast<size_t>(open - from));
+        kept += open - from;
+        int32_t close = FindCommentMark(line, kBlockCommentClose, open);
+        if (close < 0) {
+            from = line.GetLength();
+            break;
+        }
+        inComment = false;
+        from = close + 2;
+    }
+    if (openingSeen) {
+        std::memmove(text + kept, text + from, static_cast<size_t>(line.GetLength() - from));
+        CutLineAt(line, kept + line.GetLength() - from);
+    }
+    int32_t close = FindCommentMark(line, kBlockCommentClose, 0);
+    if (close >= 0) {
+        // The end of a comment opened on an earlier line.
+        inComment = false;
+        int32_t rest = line.GetLength() - close - 2;
+        std::memmove(line.GetData(), line.GetData() + close + 2, static_cast<size_t>(rest));
+        CutLineAt(line, rest);
+    }
+    if (!openingSeen && close < 0 && inComment) line.Empty();
+}
+
 }  // namespace
 
 // ---- the rest of the current line
@@ -189,44 +231,78 @@ void CParseS2T::DisplayFileProcessedSizePercentage(CFile* file) {
 // ---- comments
 
 void CParseS2T::DeleteRemark(CString& line) {
-    // A line without "/" and "*" holds no comment mark; only a comment opened
-    // above can hide it.
-    // Every mark holds a "/": a line without one holds no comment mark, and
-    // only a comment opened above can hide it.
-    if (!std::memchr(line.GetData(), '/', static_cast<size_t>(line.GetLength()))) {
+    // Every comment mark holds a "/", so the marks are read off the line's
+    // slashes, found once. A line with more slashes than kept here goes
+    // through the plain searches.
+    constexpr int32_t kMaxSlashes = 16;
+    int32_t slashAt[kMaxSlashes];
+    int32_t slashCount = 0;
+    char* text = line.GetData();
+    int32_t length = line.GetLength();
+    for (int32_t at = 0; at < length;) {
+        char const* hit = static_cast<char const*>(std::memchr(text + at, '/', static_cast<size_t>(length - at)));
+        if (!hit) break;
+        if (slashCount == kMaxSlashes) {
+            DeleteCommentsBySearch(line, m_bInComment);
+            return;
+        }
+        at = static_cast<int32_t>(hit - text);
+        slashAt[slashCount++] = at++;
+    }
+    if (slashCount == 0) {
+        // Only a comment opened above can hide the line.
         if (m_bInComment) line.Empty();
         return;
     }
-    int32_t slashes = FindCommentMark(line, kLineComment, 0);
-    if (slashes >= 0) CutLineAt(line, slashes);
-    // Every "/*" closed on the same line is deleted with its comment; the first
-    // one left open cuts the line. Done in one pass, in place: after the "//"
-    // cut no deletion can join a new "/*" or "*/" out of the characters around
-    // it, and the kept text never overtakes the part still to be searched.
+    for (int32_t i = 0; i < slashCount; ++i) {
+        if (slashAt[i] + 1 < length && text[slashAt[i] + 1] == '/') {
+            length = slashAt[i];
+            CutLineAt(line, length);
+            slashCount = i;
+            break;
+        }
+    }
+    // As in DeleteCommentsBySearch: each "/*" with its "*/", in one pass.
     bool openingSeen = false;
-    char* text = line.GetData();
+    bool slashKept = false;  // a "/" outside every comment stays in the line
     int32_t kept = 0;
     int32_t from = 0;
+    int32_t i = 0;
     for (;;) {
-        int32_t open = FindCommentMark(line, kBlockCommentOpen, from);
+        int32_t open = -1;
+        for (; i < slashCount; ++i) {
+            if (slashAt[i] + 1 < length && text[slashAt[i] + 1] == '*') {
+                open = slashAt[i];
+                break;
+            }
+            slashKept = true;
+        }
         if (open < 0) break;
         m_bInComment = true;
         openingSeen = true;
         std::memmove(text + kept, text + from, static_cast<size_t>(open - from));
         kept += open - from;
-        int32_t close = FindCommentMark(line, kBlockCommentClose, open);
+        int32_t close = -1;
+        for (++i; i < slashCount; ++i) {
+            if (text[slashAt[i] - 1] == '*') {
+                close = slashAt[i] - 1;
+                break;
+            }
+        }
         if (close < 0) {
-            from = line.GetLength();
+            from = length;
             break;
         }
         m_bInComment = false;
         from = close + 2;
+        ++i;
     }
     if (openingSeen) {
-        std::memmove(text + kept, text + from, static_cast<size_t>(line.GetLength() - from));
-        CutLineAt(line, kept + line.GetLength() - from);
+        std::memmove(text + kept, text + from, static_cast<size_t>(length - from));
+        CutLineAt(line, kept + length - from);
     }
-    int32_t close = FindCommentMark(line, kBlockCommentClose, 0);
+    // A "*/" left needs a "/" left.
+    int32_t close = slashKept ? FindCommentMark(line, kBlockCommentClose, 0) : -1;
     if (close >= 0) {
         // The end of a comment opened on an earlier line.
         m_bInComment = false;
