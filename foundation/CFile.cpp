@@ -112,16 +112,16 @@ void CFile::EndBlockReading() {
 // buffer both keep a byte to spare behind the text.
 int CFile::TakeLine(char* data, size_t length, CString& line) {
     bool hadFeed = data[length - 1] == '\n';
-    if (!std::memchr(data, '\0', length)) {
-        // The usual line, without NUL bytes, is taken in one piece.
-        size_t text = hadFeed ? length - 1 : length;
-        while (text > 0 && data[text - 1] == '\r') --text;
-        char kept = data[text];
-        data[text] = '\0';
-        line = static_cast<char const*>(data);
-        data[text] = kept;
-        return hadFeed || text > 0 ? 1 : 0;
-    }
+    size_t text = hadFeed ? length - 1 : length;
+    while (text > 0 && data[text - 1] == '\r') --text;
+    char kept = data[text];
+    data[text] = '\0';
+    line = static_cast<char const*>(data);
+    data[text] = kept;
+    // The usual line, without NUL bytes, is taken in one piece by that; the
+    // carriage returns and the feed cut off hold none.
+    if (static_cast<size_t>(line.GetLength()) == text) return hadFeed || text > 0 ? 1 : 0;
+    line.Empty();
     // The line arrives in pieces of at most 998 characters, and each piece is
     // taken as a C string: a NUL byte hides the rest of its piece.
     constexpr size_t kPiece = 998;
