@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <cstring>
+#include <string>
 #include <unordered_map>
 #include <vector>
 
@@ -116,8 +117,11 @@ bool HoldsVolatile(CString const& text) {
 }  // namespace
 
 bool CParseS2T::IsFieldQualifier(CString const& word) {
+    // By length first: most words are none of the four.
     for (char const* qualifier : kFieldQualifiers) {
-        if (word == qualifier) return true;
+        size_t length = std::char_traits<char>::length(qualifier);
+        if (static_cast<size_t>(word.GetLength()) == length && std::memcmp(word.GetData(), qualifier, length) == 0)
+            return true;
     }
     return false;
 }
