@@ -4,9 +4,16 @@
 #include <cstdlib>
 #include <cstring>
 
+namespace {
+
+constexpr size_t kBlockSize = 64 * 1024;
+
+}  // namespace
+
 CFile::~CFile() {
     Close();
     std::free(m_pLine);
+    std::free(m_pBlock);
 }
 
 int CFile::Open(char const* path, char const* mode) {
@@ -34,6 +41,7 @@ int CFile::Open(char const* path, int32_t flags) { return Open(path, ModeFromFla
 void CFile::Close() {
     if (m_pStream) std::fclose(m_pStream);
     m_pStream = nullptr;
+    m_bBlockReading = false;
 }
 
 CString CFile::ModeFromFlags(int32_t flags) {
@@ -48,6 +56,7 @@ CString CFile::ModeFromFlags(int32_t flags) {
 }
 
 int CFile::ReadString(char* buffer, int32_t n) {
+    EndBlockReading();
     if (!m_pStream || n <= 0 || std::feof(m_pStream)) return 0;
     if (!std::fgets(buffer, n, m_pStream)) return 0;
     char* feed = std::strchr(buffer, '\n');
@@ -55,27 +64,71 @@ int CFile::ReadString(char* buffer, int32_t n) {
     return 1;
 }
 
-int CFile::ReadString(CString& line) {
-    line.Empty();
-    if (!m_pStream) return 0;
-    ssize_t got = getline(&m_pLine, &m_nLineCapacity, m_pStream);
-    if (got <= 0) return 0;
-    size_t length = static_cast<size_t>(got);
-    bool hadFeed = m_pLine[length - 1] == '\n';
-    if (!std::memchr(m_pLine, '\0', length)) {
-        // The usual line, without NUL bytes, is taken in one piece.
-        if (hadFeed) m_pLine[length - 1] = '\0';
-        line = static_cast<char const*>(m_pLine);
-        line.TrimRight('\r');
-        return hadFeed || line.GetLength() > 0 ? 1 : 0;
+bool CFile::StartBlockReading() {
+    // A stream without a position (a pipe) is read line by line as it comes.
+    long here = std::ftell(m_pStream);
+    if (here < 0) return false;
+    if (!m_pBlock) {
+        m_pBlock = static_cast<char*>(std::malloc(kBlockSize + 1));
+        if (!m_pBlock) return false;
+        m_nBlockCapacity = kBlockSize;
     }
+    m_nBlockOffset = here;
+    m_nBlockStart = m_nBlockEnd = 0;
+    m_bBlockReading = true;
+    return true;
+}
+
+// Reads more of the stream behind what the block holds, first moving the
+// unread part to the front (and growing the block when that part fills it).
+// False when nothing more could be read.
+bool CFile::FillBlock() {
+    if (m_nBlockStart > 0) {
+        size_t unread = m_nBlockEnd - m_nBlockStart;
+        std::memmove(m_pBlock, m_pBlock + m_nBlockStart, unread);
+        m_nBlockOffset += static_cast<int64_t>(m_nBlockStart);
+        m_nBlockStart = 0;
+        m_nBlockEnd = unread;
+    }
+    if (m_nBlockEnd == m_nBlockCapacity) {
+        char* grown = static_cast<char*>(std::realloc(m_pBlock, 2 * m_nBlockCapacity + 1));
+        if (!grown) return false;
+        m_pBlock = grown;
+        m_nBlockCapacity *= 2;
+    }
+    size_t got = std::fread(m_pBlock + m_nBlockEnd, 1, m_nBlockCapacity - m_nBlockEnd, m_pStream);
+    m_nBlockEnd += got;
+    return got > 0;
+}
+
+void CFile::EndBlockReading() {
+    if (!m_bBlockReading) return;
+    m_bBlockReading = false;
+    std::fseek(m_pStream, static_cast<long>(m_nBlockOffset + static_cast<int64_t>(m_nBlockStart)), SEEK_SET);
+}
+
+// One line of length bytes (its line feed included when it has one) into line.
+// data[length] may be written over for a moment: the block and the getline
+// buffer both keep a byte to spare behind the text.
+int CFile::TakeLine(char* data, size_t length, CString& line) {
+    bool hadFeed = data[length - 1] == '\n';
+    size_t text = hadFeed ? length - 1 : length;
+    while (text > 0 && data[text - 1] == '\r') --text;
+    char kept = data[text];
+    data[text] = '\0';
+    line = static_cast<char const*>(data);
+    data[text] = kept;
+    // The usual line, without NUL bytes, is taken in one piece by that; the
+    // carriage returns and the feed cut off hold none.
+    if (static_cast<size_t>(line.GetLength()) == text) return hadFeed || text > 0 ? 1 : 0;
+    line.Empty();
     // The line arrives in pieces of at most 998 characters, and each piece is
     // taken as a C string: a NUL byte hides the rest of its piece.
     constexpr size_t kPiece = 998;
     for (size_t at = 0; at < length; at += kPiece) {
         size_t piece = length - at < kPiece ? length - at : kPiece;
-        size_t text = strnlen(m_pLine + at, piece);
-        line += CString(m_pLine + at, static_cast<int32_t>(text));
+        size_t text = strnlen(data + at, piece);
+        line += CString(data + at, static_cast<int32_t>(text));
     }
     if (hadFeed && line.GetLength() > 0 && line.GetAt(line.GetLength() - 1) == '\n') {
         line = line.Left(line.GetLength() - 1);
@@ -85,11 +138,44 @@ int CFile::ReadString(CString& line) {
     return 1;
 }
 
+int CFile::ReadString(CString& line) {
+    line.Empty();
+    if (!m_pStream) return 0;
+    if (!m_bBlockReading && !StartBlockReading()) {
+        ssize_t got = getline(&m_pLine, &m_nLineCapacity, m_pStream);
+        if (got <= 0) return 0;
+        // getline leaves its terminator behind the line.
+        return TakeLine(m_pLine, static_cast<size_t>(got), line);
+    }
+    size_t searched = m_nBlockStart;
+    size_t end = 0;
+    for (;;) {
+        void const* feed = std::memchr(m_pBlock + searched, '\n', m_nBlockEnd - searched);
+        if (feed) {
+            end = static_cast<size_t>(static_cast<char const*>(feed) - m_pBlock) + 1;
+            break;
+        }
+        size_t unread = m_nBlockEnd - m_nBlockStart;
+        if (!FillBlock()) {
+            end = m_nBlockEnd;
+            break;
+        }
+        searched = m_nBlockStart + unread;
+    }
+    size_t length = end - m_nBlockStart;
+    if (length == 0) return 0;
+    char* data = m_pBlock + m_nBlockStart;
+    m_nBlockStart = end;
+    return TakeLine(data, length, line);
+}
+
 void CFile::WriteBytes(char const* data, int32_t length) {
+    EndBlockReading();
     if (m_pStream && data && length > 0) std::fwrite(data, 1, static_cast<size_t>(length), m_pStream);
 }
 
 void CFile::WriteString(char const* text) {
+    EndBlockReading();
     if (m_pStream && text) std::fputs(text, m_pStream);
 }
 
@@ -118,6 +204,7 @@ void CFile::WriteLine(char const* text) {
 
 int32_t CFile::GetLength() {
     if (!m_pStream) return 0;
+    EndBlockReading();
     long here = std::ftell(m_pStream);
     std::fseek(m_pStream, 0, SEEK_END);
     long size = std::ftell(m_pStream);
@@ -126,10 +213,21 @@ int32_t CFile::GetLength() {
     return size > INT32_MAX ? INT32_MAX : static_cast<int32_t>(size);
 }
 
-int64_t CFile::GetPosition() { return m_pStream ? std::ftell(m_pStream) : 0; }
+int64_t CFile::GetPosition() {
+    if (m_bBlockReading) return m_nBlockOffset + static_cast<int64_t>(m_nBlockStart);
+    return m_pStream ? std::ftell(m_pStream) : 0;
+}
 
 void CFile::Seek(int64_t offset, int32_t origin) {
     if (!m_pStream) return;
+    // A place inside the block is reached without touching the stream: the
+    // look-aheads of the header parser come back to a line just read.
+    if (m_bBlockReading && origin != current && origin != end && offset >= m_nBlockOffset &&
+        offset <= m_nBlockOffset + static_cast<int64_t>(m_nBlockEnd)) {
+        m_nBlockStart = static_cast<size_t>(offset - m_nBlockOffset);
+        return;
+    }
+    EndBlockReading();
     int whence = origin == current ? SEEK_CUR : origin == end ? SEEK_END : SEEK_SET;
     std::fseek(m_pStream, static_cast<long>(offset), whence);
 }

@@ -72,9 +72,23 @@ public:
     FILE* GetStream() const { return m_pStream; }
 
 private:
+    // ReadString(CString&) reads a seekable stream through a block of its own
+    // and splits the lines there; any other use of the stream first puts the
+    // stream back at the reader's place (EndBlockReading).
+    bool StartBlockReading();
+    bool FillBlock();
+    void EndBlockReading();
+    int TakeLine(char* data, size_t length, CString& line);
+
     FILE* m_pStream = nullptr;
     char m_szPath[513] = {};
     char* m_pLine = nullptr;  // getline buffer, reused across reads
     CString m_strMemory;      // the text behind OpenText
     size_t m_nLineCapacity = 0;
+    char* m_pBlock = nullptr;  // one byte more than m_nBlockCapacity, for a terminator
+    size_t m_nBlockCapacity = 0;
+    size_t m_nBlockStart = 0;  // the reader's place in the block
+    size_t m_nBlockEnd = 0;    // bytes read into the block
+    int64_t m_nBlockOffset = 0;  // file position of the block's first byte
+    bool m_bBlockReading = false;
 };

@@ -295,12 +295,13 @@ public:
     // One of the primitive type names (character types included).
     bool IsPrimitiveTypeName(CString const& type);
     // Follows the typedef map, dropping "volatile", to the text it ends at.
-    CString ResolveTypeAlias(CString text);
+    CString ResolveTypeAlias(CString const& start);
     // The type text of a field whose first type word is first; pending receives
     // the token read past a type of keywords or "unsigned"/"signed" (the
     // declarator's start), empty when nothing was read past the type.
     CString ResolveFieldType(CFile* file, CString const& first, CString& pending);
     CString NormaliseTypeName(CString const& text);
+    void NormaliseTypeNameInPlace(CString& text);
     int32_t SelectFieldKind(CString const& type);
     // field, just appended to owner, is a bit-field of width bits.
     void AddBitField(CStruct* owner, CStructVar* field, int32_t width, int32_t& holderCounter);
@@ -341,7 +342,8 @@ public:
     bool ReadStructHead(CFile* file, CString& tag);
     void ReadStructBody(CFile* file, SStructBody& body);
     bool StatementInterrupted(SStructBody& body, CString const& token);
-    void ReadFieldStatement(CFile* file, SStructBody& body, CString token);
+    // token, the statement's first, is read on from (its text is not kept).
+    void ReadFieldStatement(CFile* file, SStructBody& body, CString& token);
     void ClassifyTypeWord(CFile* file, CString const& word, SFieldType& type, CString& pending);
     bool ReadAggregateType(CFile* file, SStructBody& body, bool isUnion, SFieldType& type, CString& pending);
     bool ReadAggregateTypeWord(CFile* file, SStructBody& body, bool isUnion, bool bodyFollows, SFieldType& type,
@@ -358,7 +360,7 @@ public:
     SStatementAhead LookAheadStatement(CFile* file);
     bool StatementHoldsStar();
     bool ReadEnumFieldType(CFile* file, SStructBody& body, SFieldType& type, CString& pending);
-    void ReadDeclarators(CFile* file, SStructBody& body, SFieldType const& type, CString token);
+    void ReadDeclarators(CFile* file, SStructBody& body, SFieldType const& type, CString& token);
     void ReadDeclarator(CFile* file, SStructBody& body, SFieldType const& type, SDeclarator& declarator,
                         CString& token);
     void CreateField(SStructBody& body, SFieldType const& type, SDeclarator& declarator);
@@ -368,8 +370,6 @@ public:
     void FinishStruct(CFile* file, CStruct* parsed, bool typedefForm, CStruct* earlier);
     void ReadFurtherStructNames(CFile* file, CStruct* parsed);
     void SkipRestOfLine(CFile* file);
-    // A ";" or "{" in the rest of the current line.
-    bool RestEndsStatement();
     SLookAhead SaveLookAhead(CFile* file);
     void RestoreLookAhead(CFile* file, SLookAhead const& saved);
     // Union bodies (ParseS2T_Union.cpp).

@@ -6,10 +6,9 @@
 #include "ParseS2T.h"
 
 #include <cstdint>
-#include <iterator>
-#include <string_view>
+#include <cstring>
+#include <string>
 #include <unordered_map>
-#include <unordered_set>
 #include <vector>
 
 #include "ParserTexts.h"
@@ -44,29 +43,85 @@ STypeSpelling const kTypeSpellings[] = {
     {"__int64", "long64"},
 };
 
-// A fixed list of names as a set: one look-up, instead of a comparison with
-// every name, for each field a header declares.
-class CNameSet {
+// The primitive names with their kinds, found by length and then by bytes:
+// one short walk instead of a hash of the text, for each field a header declares.
+class CPrimitiveNames {
 public:
-    template <size_t N>
-    explicit CNameSet(char const* const (&names)[N]) : m_names(std::begin(names), std::end(names)) {}
-    // Exact, by length: a text holding a NUL is none of the names.
-    bool Holds(CString const& text) const {
-        return m_names.count(std::string_view(text.GetData(), static_cast<size_t>(text.GetLength()))) != 0;
+    CPrimitiveNames() {
+        for (char const* name : kIntTypeNames) Add(name, FIELD_INT);
+        for (char const* name : kCharTypeNames) Add(name, FIELD_CHAR);
+    }
+    // FIELD_INT, FIELD_CHAR, or -1 for any other text; exact, by length, so a
+    // text holding a NUL is none of the names.
+    int32_t KindOf(CString const& text) const {
+        int32_t length = text.GetLength();
+        if (length <= 0 || length > kLongest) return -1;
+        char const* data = text.GetData();
+        for (SEntry const& entry : m_byLength[length]) {
+            if (entry.name[0] == data[0] && std::memcmp(entry.name, data, static_cast<size_t>(length)) == 0)
+                return entry.kind;
+        }
+        return -1;
     }
 
 private:
-    std::unordered_set<std::string_view> m_names;
+    static constexpr int32_t kLongest = 15;
+    struct SEntry {
+        char const* name;
+        int32_t kind;
+    };
+    void Add(char const* name, int32_t kind) {
+        size_t length = std::strlen(name);
+        if (length <= kLongest) m_byLength[length].push_back(SEntry{name, kind});
+    }
+    std::vector<SEntry> m_byLength[kLongest + 1];
 };
 
-CNameSet const kIntTypes(kIntTypeNames);
-CNameSet const kCharTypes(kCharTypeNames);
+CPrimitiveNames const kPrimitiveNames;
+
+// The canonical spelling of a written one, or null when the text stays.
+char const* CanonicalSpelling(CString const& text, int32_t intBits) {
+    int32_t length = text.GetLength();
+    char const* data = text.GetData();
+    if (length == 3 && std::memcmp(data, "int", 3) == 0) {
+        if (intBits == 32) return "long";
+        if (intBits == 16) return "SIGNED16";
+        return nullptr;
+    }
+    // Every written spelling starts with one of these letters.
+    char first = text.IsEmpty() ? '\0' : data[0];
+    if (first != 'u' && first != 's' && first != 'l' && first != '_') return nullptr;
+    for (STypeSpelling const& spelling : kTypeSpellings) {
+        if (static_cast<size_t>(length) == std::strlen(spelling.written) &&
+            std::memcmp(data, spelling.written, static_cast<size_t>(length)) == 0)
+            return spelling.canonical;
+    }
+    return nullptr;
+}
+
+// Whether ResolveTypeAlias drops the text's first nine characters: it holds
+// "volatile" anywhere.
+bool HoldsVolatile(CString const& text) {
+    constexpr int32_t kLength = sizeof kVolatile - 1;
+    char const* data = text.GetData();
+    int32_t last = text.GetLength() - kLength;
+    for (int32_t at = 0; at <= last;) {
+        char const* hit = static_cast<char const*>(std::memchr(data + at, 'v', static_cast<size_t>(last - at + 1)));
+        if (!hit) return false;
+        if (std::memcmp(hit, kVolatile, kLength) == 0) return true;
+        at = static_cast<int32_t>(hit - data) + 1;
+    }
+    return false;
+}
 
 }  // namespace
 
 bool CParseS2T::IsFieldQualifier(CString const& word) {
+    // By length first: most words are none of the four.
     for (char const* qualifier : kFieldQualifiers) {
-        if (word == qualifier) return true;
+        size_t length = std::char_traits<char>::length(qualifier);
+        if (static_cast<size_t>(word.GetLength()) == length && std::memcmp(word.GetData(), qualifier, length) == 0)
+            return true;
     }
     return false;
 }
@@ -78,11 +133,16 @@ bool CParseS2T::IsReservedKeyword(CString const& word) {
     return false;
 }
 
-bool CParseS2T::IsPrimitiveTypeName(CString const& type) {
-    return kIntTypes.Holds(type) || kCharTypes.Holds(type);
-}
+bool CParseS2T::IsPrimitiveTypeName(CString const& type) { return kPrimitiveNames.KindOf(type) >= 0; }
 
-CString CParseS2T::ResolveTypeAlias(CString text) {
+CString CParseS2T::ResolveTypeAlias(CString const& start) {
+    // Most texts are answered at once: an alias met before, or no alias.
+    if (!HoldsVolatile(start)) {
+        auto known = m_ResolvedAliases.find(start);
+        if (known != m_ResolvedAliases.end()) return known->second;
+        if (!m_TypedefMap.Find(start)) return start;
+    }
+    CString text = start;
     // A chain of aliases that comes back to a text already seen stops there,
     // so that a looping typedef cannot hold the parse: the answer is the first
     // text met twice, which for a text on the loop is that text itself.
@@ -91,7 +151,7 @@ CString CParseS2T::ResolveTypeAlias(CString text) {
     size_t loopStart = SIZE_MAX;
     CString answer;
     for (;;) {
-        if (text.Find(kVolatile) >= 0) text = text.Mid(9);
+        if (HoldsVolatile(text)) text = text.Mid(9);
         auto known = m_ResolvedAliases.find(text);
         if (known != m_ResolvedAliases.end()) {
             answer = known->second;
@@ -189,26 +249,21 @@ CString CParseS2T::ResolveFieldType(CFile* file, CString const& first, CString& 
 }
 
 CString CParseS2T::NormaliseTypeName(CString const& text) {
-    if (text == "int") {
-        if (m_nIntBits == 32) return "long";
-        if (m_nIntBits == 16) return "SIGNED16";
-        return text;
-    }
-    // Every written spelling starts with one of these letters.
-    char first = text.IsEmpty() ? '\0' : text.GetAt(0);
-    if (first != 'u' && first != 's' && first != 'l' && first != '_') return text;
-    for (STypeSpelling const& spelling : kTypeSpellings) {
-        if (text == spelling.written) return spelling.canonical;
-    }
-    return text;
+    char const* canonical = CanonicalSpelling(text, m_nIntBits);
+    return canonical ? CString(canonical) : text;
+}
+
+void CParseS2T::NormaliseTypeNameInPlace(CString& text) {
+    if (char const* canonical = CanonicalSpelling(text, m_nIntBits)) text = canonical;
 }
 
 int32_t CParseS2T::SelectFieldKind(CString const& type) {
-    int32_t kind = FIELD_STRUCT;
-    if (kIntTypes.Holds(type)) kind = FIELD_INT;
-    else if (kCharTypes.Holds(type)) kind = FIELD_CHAR;
-    else if (FindEnumByName(type)) kind = FIELD_ENUM;
-    else if (FindUnionByName(type)) kind = FIELD_UNION;
+    int32_t kind = kPrimitiveNames.KindOf(type);
+    if (kind < 0) {
+        kind = FIELD_STRUCT;
+        if (FindEnumByName(type)) kind = FIELD_ENUM;
+        else if (FindUnionByName(type)) kind = FIELD_UNION;
+    }
     if (type == "void") kind = FIELD_CHAR;
     return kind;
 }

@@ -42,6 +42,90 @@ int32_t FindSeparator(CString const& line, int32_t start) {
 // without a copy; length is below the line's length.
 void CutLineAt(CString& line, int32_t length) { line.SetAt(length, '\0'); }
 
+// The first count characters leave the line, as a left trim takes them, in
+// place; count lies from 1 to the line's length.
+void DropFront(CString& line, int32_t count) {
+    int32_t rest = line.GetLength() - count;
+    std::memmove(line.GetData(), line.GetData() + count, static_cast<size_t>(rest));
+    CutLineAt(line, rest);
+}
+
+// TrimLeft of spaces and tabs, without a set built per call.
+void TrimBlanksAndTabsLeft(CString& line) {
+    int32_t count = 0;
+    while (count < line.GetLength() && (line.GetAt(count) == ' ' || line.GetAt(count) == '\t')) ++count;
+    if (count > 0) DropFront(line, count);
+}
+
+// StartsWith for a constant prefix, its length known without strlen.
+template <size_t N>
+bool TextStartsWith(CString const& text, char const (&prefix)[N]) {
+    return text.GetLength() >= static_cast<int32_t>(N - 1) && std::memcmp(text.GetData(), prefix, N - 1) == 0;
+}
+
+// Where the two-character comment mark stands first at or after from, as
+// CString::Find gives it, or -1. Every mark holds a "/", so the search runs
+// with memchr from one "/" to the next.
+int32_t FindCommentMark(CString const& line, char const (&mark)[3], int32_t from) {
+    char const* text = line.GetData();
+    int32_t length = line.GetLength();
+    // The "/" is the mark's first character ("//", "/*") or its second ("*/").
+    int32_t slashAt = mark[0] == '/' ? 0 : 1;
+    char other = mark[1 - slashAt];
+    int32_t at = from + slashAt;
+    while (at < length) {
+        char const* hit = static_cast<char const*>(std::memchr(text + at, '/', static_cast<size_t>(length - at)));
+        if (!hit) return -1;
+        int32_t slash = static_cast<int32_t>(hit - text);
+        int32_t start = slash - slashAt;
+        if (slashAt == 0 ? slash + 1 < length && text[slash + 1] == other : text[start] == other) return start;
+        at = slash + 1;
+    }
+    return -1;
+}
+
+// DeleteRemark by plain searches, for a line of many slashes.
+void DeleteCommentsBySearch(CString& line, bool& inComment) {
+    int32_t slashes = FindCommentMark(line, kLineComment, 0);
+    if (slashes >= 0) CutLineAt(line, slashes);
+    // Every "/*" closed on the same line is deleted with its comment; the first
+    // one left open cuts the line. Done in one pass, in place: after the "//"
+    // cut no deletion can join a new "/*" or "*/" out of the characters around
+    // it, and the kept text never overtakes the part still to be searched.
+    bool openingSeen = false;
+    char* text = line.GetData();
+    int32_t kept = 0;
+    int32_t from = 0;
+    for (;;) {
+        int32_t open = FindCommentMark(line, kBlockCommentOpen, from);
+        if (open < 0) break;
+        inComment = true;
+        openingSeen = true;
+        std::memmove(text + kept, text + from, static_cast<size_t>(open - from));
+        kept += open - from;
+        int32_t close = FindCommentMark(line, kBlockCommentClose, open);
+        if (close < 0) {
+            from = line.GetLength();
+            break;
+        }
+        inComment = false;
+        from = close + 2;
+    }
+    if (openingSeen) {
+        std::memmove(text + kept, text + from, static_cast<size_t>(line.GetLength() - from));
+        CutLineAt(line, kept + line.GetLength() - from);
+    }
+    int32_t close = FindCommentMark(line, kBlockCommentClose, 0);
+    if (close >= 0) {
+        // The end of a comment opened on an earlier line.
+        inComment = false;
+        int32_t rest = line.GetLength() - close - 2;
+        std::memmove(line.GetData(), line.GetData() + close + 2, static_cast<size_t>(rest));
+        CutLineAt(line, rest);
+    }
+    if (!openingSeen && close < 0 && inComment) line.Empty();
+}
+
 }  // namespace
 
 // ---- the rest of the current line
@@ -64,7 +148,12 @@ void CParseS2T::SetLinePos(int32_t pos) {
 
 void CParseS2T::SkipLineBlanks() {
     int32_t pos = m_nLinePos;
-    while (pos < m_strLine.GetLength() && IsLeftBlank(m_strLine.GetAt(pos))) ++pos;
+    int32_t length = m_strLine.GetLength();
+    char const* text = m_strLine.GetData();
+    // Runs of spaces, as columns are aligned with, eight at a time.
+    static constexpr char kEightSpaces[] = "        ";
+    while (pos + 8 <= length && std::memcmp(text + pos, kEightSpaces, 8) == 0) pos += 8;
+    while (pos < length && IsLeftBlank(text[pos])) ++pos;
     SetLinePos(pos);
 }
 
@@ -101,22 +190,25 @@ int CParseS2T::ReadLine(CFile* file, int raw) {
     m_nLinePos = 0;
     LineChanged();
     m_nLineNo = static_cast<int32_t>(static_cast<uint32_t>(m_nLineNo) + 1u);
-    m_strLine.Trim();
+    m_strLine.TrimRight();
+    int32_t blanks = 0;
+    while (blanks < m_strLine.GetLength() && IsLeftBlank(m_strLine.GetAt(blanks))) ++blanks;
+    if (blanks > 0) DropFront(m_strLine, blanks);
     DisplayFileProcessedSizePercentage(file);
     if (m_bExportedOnly) {
         // A marker counts only on the line directly above its typedef, and only
         // at the first character of the trimmed line.
-        if (m_strLine.StartsWith(kTypedefStruct) && m_bExportedStruct) return 1;
-        m_bExportedStruct = m_strLine.StartsWith(kExportedStructMarker);
-        if (m_strLine.StartsWith(kTypedefEnum) && m_bExportedEnum) return 1;
-        m_bExportedEnum = m_strLine.StartsWith(kExportedEnumMarker);
+        if (TextStartsWith(m_strLine, kTypedefStruct) && m_bExportedStruct) return 1;
+        m_bExportedStruct = TextStartsWith(m_strLine, kExportedStructMarker);
+        if (TextStartsWith(m_strLine, kTypedefEnum) && m_bExportedEnum) return 1;
+        m_bExportedEnum = TextStartsWith(m_strLine, kExportedEnumMarker);
     }
     if (raw != 0) return 1;
     DeleteRemark(m_strLine);
     if (m_strLine.IsEmpty() || m_strLine.GetAt(0) != '#') return 1;
     m_strLine.Remove('#');
-    m_strLine.TrimLeft(CString(kBlankAndTab));
-    if (m_strLine.StartsWith(kKeywordInclude) || m_strLine.StartsWith(kKeywordDefine)) return 1;
+    TrimBlanksAndTabsLeft(m_strLine);
+    if (TextStartsWith(m_strLine, kKeywordInclude) || TextStartsWith(m_strLine, kKeywordDefine)) return 1;
     // A directive read while another is being handled is handled after it, by
     // the loop in ParsePPStatements: a header of many directive lines in a row
     // must not nest one call per line.
@@ -139,43 +231,78 @@ void CParseS2T::DisplayFileProcessedSizePercentage(CFile* file) {
 // ---- comments
 
 void CParseS2T::DeleteRemark(CString& line) {
-    // A line without "/" and "*" holds no comment mark; only a comment opened
-    // above can hide it.
-    size_t length = static_cast<size_t>(line.GetLength());
-    if (!std::memchr(line.GetData(), '/', length) && !std::memchr(line.GetData(), '*', length)) {
+    // Every comment mark holds a "/", so the marks are read off the line's
+    // slashes, found once. A line with more slashes than kept here goes
+    // through the plain searches.
+    constexpr int32_t kMaxSlashes = 16;
+    int32_t slashAt[kMaxSlashes];
+    int32_t slashCount = 0;
+    char* text = line.GetData();
+    int32_t length = line.GetLength();
+    for (int32_t at = 0; at < length;) {
+        char const* hit = static_cast<char const*>(std::memchr(text + at, '/', static_cast<size_t>(length - at)));
+        if (!hit) break;
+        if (slashCount == kMaxSlashes) {
+            DeleteCommentsBySearch(line, m_bInComment);
+            return;
+        }
+        at = static_cast<int32_t>(hit - text);
+        slashAt[slashCount++] = at++;
+    }
+    if (slashCount == 0) {
+        // Only a comment opened above can hide the line.
         if (m_bInComment) line.Empty();
         return;
     }
-    int32_t slashes = line.Find(kLineComment);
-    if (slashes >= 0) CutLineAt(line, slashes);
-    // Every "/*" closed on the same line is deleted with its comment; the first
-    // one left open cuts the line. Done in one pass, in place: after the "//"
-    // cut no deletion can join a new "/*" or "*/" out of the characters around
-    // it, and the kept text never overtakes the part still to be searched.
+    for (int32_t i = 0; i < slashCount; ++i) {
+        if (slashAt[i] + 1 < length && text[slashAt[i] + 1] == '/') {
+            length = slashAt[i];
+            CutLineAt(line, length);
+            slashCount = i;
+            break;
+        }
+    }
+    // As in DeleteCommentsBySearch: each "/*" with its "*/", in one pass.
     bool openingSeen = false;
-    char* text = line.GetData();
+    bool slashKept = false;  // a "/" outside every comment stays in the line
     int32_t kept = 0;
     int32_t from = 0;
+    int32_t i = 0;
     for (;;) {
-        int32_t open = line.Find(kBlockCommentOpen, from);
+        int32_t open = -1;
+        for (; i < slashCount; ++i) {
+            if (slashAt[i] + 1 < length && text[slashAt[i] + 1] == '*') {
+                open = slashAt[i];
+                break;
+            }
+            slashKept = true;
+        }
         if (open < 0) break;
         m_bInComment = true;
         openingSeen = true;
         std::memmove(text + kept, text + from, static_cast<size_t>(open - from));
         kept += open - from;
-        int32_t close = line.Find(kBlockCommentClose, open);
+        int32_t close = -1;
+        for (++i; i < slashCount; ++i) {
+            if (text[slashAt[i] - 1] == '*') {
+                close = slashAt[i] - 1;
+                break;
+            }
+        }
         if (close < 0) {
-            from = line.GetLength();
+            from = length;
             break;
         }
         m_bInComment = false;
         from = close + 2;
+        ++i;
     }
     if (openingSeen) {
-        std::memmove(text + kept, text + from, static_cast<size_t>(line.GetLength() - from));
-        CutLineAt(line, kept + line.GetLength() - from);
+        std::memmove(text + kept, text + from, static_cast<size_t>(length - from));
+        CutLineAt(line, kept + length - from);
     }
-    int32_t close = line.Find(kBlockCommentClose);
+    // A "*/" left needs a "/" left.
+    int32_t close = slashKept ? FindCommentMark(line, kBlockCommentClose, 0) : -1;
     if (close >= 0) {
         // The end of a comment opened on an earlier line.
         m_bInComment = false;
@@ -217,7 +344,7 @@ void CParseS2T::SkipBlockCommentLines(CFile* file, bool& endOfFile) {
             endOfFile = true;
             return;
         }
-    } while (m_strLine.Find(kBlockCommentClose) < 0);
+    } while (FindCommentMark(m_strLine, kBlockCommentClose, 0) < 0);
     if (!ReadLine(file, 1)) endOfFile = true;
 }
 
@@ -228,11 +355,15 @@ CString CParseS2T::CutToken(int32_t length) {
     char const* start = m_strLine.GetData() + m_nLinePos;
     // A token that ends with "/*" leaves the opener in the line.
     if (length > 2 && start[length - 2] == '/' && start[length - 1] == '*') length -= 2;
-    CString token(start, length);
     SetLinePos(m_nLinePos + length);
     SkipLineBlanks();
-    token.Trim();
-    return token;
+    // The token is trimmed as CString::Trim does it, the right end first, and
+    // built once from what is left.
+    int32_t end = length;
+    while (end > 0 && static_cast<signed char>(start[end - 1]) <= 32) --end;
+    int32_t begin = 0;
+    while (begin < end && IsLeftBlank(start[begin])) ++begin;
+    return CString(start + begin, end - begin);
 }
 
 CString CParseS2T::GetToken(CFile* file) {
@@ -245,9 +376,9 @@ CString CParseS2T::GetToken(CFile* file) {
         if (first == '#') {
             CommitLinePos();
             m_strLine.Remove('#');
-            m_strLine.TrimLeft(CString(kBlankAndTab));
+            TrimBlanksAndTabsLeft(m_strLine);
             LineChanged();
-            if (!m_strLine.StartsWith(kKeywordInclude) && !m_strLine.StartsWith(kKeywordDefine)) {
+            if (!TextStartsWith(m_strLine, kKeywordInclude) && !TextStartsWith(m_strLine, kKeywordDefine)) {
                 ParsePPStatements(file);
             }
             continue;
@@ -263,7 +394,7 @@ CString CParseS2T::GetToken(CFile* file) {
             return CutToken(7);
         }
         if (first == '/' && LineStartsWith(kBlockCommentOpen)) {
-            int32_t close = m_strLine.Find(kBlockCommentClose, m_nLinePos);
+            int32_t close = FindCommentMark(m_strLine, kBlockCommentClose, m_nLinePos);
             if (close >= 0) {
                 SetLinePos(close + 2);
             } else {

@@ -67,7 +67,7 @@ struct CParseS2T::SLookAhead {
 // One declarator while it is read.
 struct CParseS2T::SDeclarator {
     CString name;
-    CString lastToken;
+    bool lastClosesParen = false;  // the last token read was ")"
     int32_t stars = 0;  // the leading ones
     bool starSeen = false;
     int32_t dims = 0;
@@ -90,15 +90,13 @@ int32_t StatementEnd(char const* text, int32_t length) {
 }  // namespace
 
 CString CParseS2T::GetBodyToken(CFile* file) {
-    for (;;) {
-        CString token = GetToken(file);
-        if (m_nTokenType == TOKEN_DEFINE) {
-            ParseDefineStatement(file);
-            continue;
-        }
-        if (m_nTokenType == TOKEN_ORDINARY && token.IsEmpty()) continue;
-        return token;
+    // One named token returned on every path, so that it is built in place.
+    CString token = GetToken(file);
+    while (m_nTokenType == TOKEN_DEFINE || (m_nTokenType == TOKEN_ORDINARY && token.IsEmpty())) {
+        if (m_nTokenType == TOKEN_DEFINE) ParseDefineStatement(file);
+        token = GetToken(file);
     }
+    return token;
 }
 
 CStruct* CParseS2T::DoStruct(CFile* file, bool typedefForm) { return ParseStruct(file, typedefForm, false); }
@@ -171,7 +169,7 @@ bool CParseS2T::StatementInterrupted(SStructBody& body, CString const& token) {
     return m_nTokenType == TOKEN_END_OF_STATEMENT;
 }
 
-void CParseS2T::ReadFieldStatement(CFile* file, SStructBody& body, CString token) {
+void CParseS2T::ReadFieldStatement(CFile* file, SStructBody& body, CString& token) {
     while (IsFieldQualifier(token)) {
         token = GetBodyToken(file);
         if (StatementInterrupted(body, token)) return;
@@ -195,7 +193,8 @@ void CParseS2T::ClassifyTypeWord(CFile* file, CString const& word, SFieldType& t
     // every field: its answer only matters for primitive types, but the lines
     // it reads count for the progress display.
     bool pointer = IsPointer(file);
-    type.type = NormaliseTypeName(ResolveFieldType(file, word, pending));
+    type.type = ResolveFieldType(file, word, pending);
+    NormaliseTypeNameInPlace(type.type);
     type.kind = SelectFieldKind(type.type);
     type.pointedKind = type.kind;
     bool primitive = type.kind == FIELD_INT || type.kind == FIELD_CHAR;
@@ -265,7 +264,7 @@ bool CParseS2T::ReadEnumFieldType(CFile* file, SStructBody& body, SFieldType& ty
     return true;
 }
 
-void CParseS2T::ReadDeclarators(CFile* file, SStructBody& body, SFieldType const& type, CString token) {
+void CParseS2T::ReadDeclarators(CFile* file, SStructBody& body, SFieldType const& type, CString& token) {
     for (bool first = true;; first = false) {
         SDeclarator declarator;
         declarator.primitivePointer = type.primitivePointer;
@@ -308,14 +307,14 @@ void CParseS2T::ReadDeclarator(CFile* file, SStructBody& body, SFieldType const&
             declarator.name = token;
             declarator.wordSeen = true;
         }
-        declarator.lastToken = token;
+        declarator.lastClosesParen = token == ")";
         token = GetBodyToken(file);
     }
 }
 
 void CParseS2T::CreateField(SStructBody& body, SFieldType const& type, SDeclarator& declarator) {
     CStructVar* field = new CStructVar;
-    bool functionPointer = declarator.lastToken == ")";
+    bool functionPointer = declarator.lastClosesParen;
     // The "*" that the look-ahead saw makes the declarators of a primitive
     // type pointers. When the statement holds a "*" of its own, it mixes
     // pointers and plain fields ("char *text, buffer[8];") and each declarator
@@ -458,8 +457,6 @@ bool CParseS2T::StatementHoldsStar() {
     return semicolon < 0 || (star >= 0 && star < semicolon);
 }
 
-bool CParseS2T::RestEndsStatement() { return RestFind(';') >= 0 || RestFind('{') >= 0; }
-
 CParseS2T::SLookAhead CParseS2T::SaveLookAhead(CFile* file) {
     SLookAhead saved;
     saved.position = file->GetPosition();
@@ -482,9 +479,9 @@ void CParseS2T::RestoreLookAhead(CFile* file, SLookAhead const& saved) {
 CParseS2T::SStatementAhead CParseS2T::LookAheadStatement(CFile* file) {
     SStatementAhead ahead;
     ahead.pointer = RestMakesPointer();
-    if (RestEndsStatement()) {
-        int32_t semicolon = RestFind(';');
-        int32_t brace = RestFind('{');
+    int32_t semicolon = RestFind(';');
+    int32_t brace = RestFind('{');
+    if (semicolon >= 0 || brace >= 0) {
         ahead.braceOnLine = brace >= 0;
         ahead.braceFirst = brace >= 0 && (semicolon < 0 || brace < semicolon);
         return ahead;

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 #include "TestSupport.h"
 
@@ -39,6 +40,50 @@ TEST(CFile, ReadStringSplitsTheFileIntoLines) {
         WriteFile(dir.File("a"), row.text);
         EXPECT_EQ(row.lines, ReadAllLines(dir.File("a"))) << row.reason;
     }
+}
+
+// Lines over several reads of the file, one longer than any read, each with
+// the position behind it; every position is then sought again, from the last
+// back to the first, and the other line reader goes on from the place reached.
+TEST(CFile, LinesAndPositionsAcrossLargeFiles) {
+    std::string text;
+    std::vector<std::string> lines;
+    std::vector<int64_t> after;
+    for (int i = 0; i < 30000; ++i) {
+        std::string line = std::string(static_cast<size_t>(i % 37), static_cast<char>('a' + i % 26));
+        if (i == 12345) line = std::string(150000, 'L');
+        lines.push_back(line);
+        text += line + (i % 3 == 0 ? "\r\n" : "\n");
+        after.push_back(static_cast<int64_t>(text.size()));
+    }
+    lines.push_back("tail");
+    text += "tail";
+    after.push_back(static_cast<int64_t>(text.size()));
+    ScratchDir dir;
+    WriteFile(dir.File("big"), text);
+    CFile file;
+    ASSERT_TRUE(file.Open(dir.File("big").c_str(), "rb"));
+    CString line;
+    for (size_t i = 0; i < lines.size(); ++i) {
+        ASSERT_TRUE(file.ReadString(line)) << i;
+        ASSERT_EQ(lines[i], std::string(line.GetData(), static_cast<size_t>(line.GetLength()))) << i;
+        ASSERT_EQ(after[i], file.GetPosition()) << i;
+    }
+    EXPECT_FALSE(file.ReadString(line));
+    EXPECT_EQ(static_cast<int64_t>(text.size()), file.GetPosition());
+    for (size_t i = lines.size() - 1; i-- > 0;) {
+        file.Seek(after[i], CFile::begin);
+        ASSERT_TRUE(file.ReadString(line)) << i;
+        ASSERT_EQ(lines[i + 1], std::string(line.GetData(), static_cast<size_t>(line.GetLength()))) << i;
+    }
+    file.SeekToBegin();
+    ASSERT_TRUE(file.ReadString(line));
+    ASSERT_TRUE(file.ReadString(line));
+    EXPECT_EQ(after[1], file.GetPosition());
+    char buffer[256];
+    ASSERT_TRUE(file.ReadString(buffer, 256));
+    EXPECT_EQ(lines[2], buffer);
+    EXPECT_EQ(after[2], file.GetPosition());
 }
 
 TEST(CFile, FixedBufferReadSplitsLongLines) {
