@@ -13,6 +13,25 @@ namespace {
 // Signed 32-bit arithmetic that wraps as the target's did.
 int32_t Wrap(uint32_t value) { return static_cast<int32_t>(value); }
 
+using EnumEntryArrays = std::vector<std::vector<CParseS2T::SEnumIndexEntry>>;
+
+void PushEnumEntry(CParseS2T::SEnumIndexEntries& entries, EnumEntryArrays& arrays, CParseS2T::SEnumIndexEntry entry) {
+    if (entries.count++ == 0) {
+        entries.first = entry;
+        return;
+    }
+    if (!entries.more) {
+        arrays.emplace_back();
+        entries.more = static_cast<uint32_t>(arrays.size());
+    }
+    arrays[entries.more - 1].push_back(entry);
+}
+
+void PopEnumEntry(CParseS2T::SEnumIndexEntries& entries, EnumEntryArrays& arrays) {
+    if (entries.count > 1) arrays[entries.more - 1].pop_back();
+    if (entries.count > 0) --entries.count;
+}
+
 }  // namespace
 
 int32_t CParseS2T::GetDefineVal(CFile* file) {
@@ -164,11 +183,12 @@ int32_t CParseS2T::FindEnumVal(CString const& name) {
     SyncEnumIndex();
     int32_t tailOrdinal = m_EnumList.GetCount() - 1;
     bool tailHasName = false;
-    if (CEnumIndexEntries const* entries = m_EnumIndex.Find(name)) {
-        for (int32_t i = 0; i < entries->size(); ++i) {
-            if ((*entries)[i].nValue != kNoValue) return (*entries)[i].nValue;
+    if (SEnumIndexEntries const* entries = m_EnumIndex.Find(name.GetData(), static_cast<size_t>(name.GetLength()))) {
+        for (int32_t i = 0; i < entries->count; ++i) {
+            int32_t value = EnumIndexEntry(*entries, i).nValue;
+            if (value != kNoValue) return value;
         }
-        tailHasName = !entries->empty() && entries->back().nOrdinal == tailOrdinal;
+        tailHasName = entries->count > 0 && EnumIndexEntry(*entries, entries->count - 1).nOrdinal == tailOrdinal;
     }
     // The newest enumerator of the last enumeration is read in place: its value
     // may still be changing while its initialiser is evaluated.
@@ -193,9 +213,11 @@ void CParseS2T::NoteEnumListChanges() {
 }
 
 void CParseS2T::DropPartialEnum() {
-    for (CString const& name : m_PartialNames) {
-        CEnumIndexEntries& entries = m_EnumIndex[name];
-        if (!entries.empty() && entries.back().nOrdinal == m_nEnumsIndexed) entries.pop_back();
+    for (uint32_t id : m_PartialNames) {
+        SEnumIndexEntries& entries = m_EnumIndex.Value(id);
+        if (entries.count > 0 && EnumIndexEntry(entries, entries.count - 1).nOrdinal == m_nEnumsIndexed) {
+            PopEnumEntry(entries, m_EnumIndexMore);
+        }
     }
     m_PartialNames.clear();
     m_pEnumPartial = nullptr;
@@ -204,7 +226,8 @@ void CParseS2T::DropPartialEnum() {
 }
 
 void CParseS2T::ClearEnumIndex() {
-    m_EnumIndex.RemoveAll();
+    m_EnumIndex.Clear();
+    m_EnumIndexMore.clear();
     m_PartialNames.clear();
     m_nEnumsIndexed = 0;
     m_posLastEnumIndexed = nullptr;
@@ -262,10 +285,12 @@ void CParseS2T::IndexEnumValues(CEnum* enumeration, int32_t limit) {
         CDefines* value = static_cast<CDefines*>(enumeration->m_lstValues.GetNext(pos));
         if (value) {
             // Only the first enumerator of a name in each enumeration answers.
-            CEnumIndexEntries& entries = m_EnumIndex[value->m_strName];
-            if (entries.empty() || entries.back().nOrdinal != m_nEnumsIndexed) {
-                entries.push_back(SEnumIndexEntry{m_nEnumsIndexed, value->m_nValue});
-                m_PartialNames.push_back(value->m_strName);
+            CString const& name = value->m_strName;
+            uint32_t id = m_EnumIndex.Insert(name.GetData(), static_cast<size_t>(name.GetLength()));
+            SEnumIndexEntries& entries = m_EnumIndex.Value(id);
+            if (entries.count == 0 || EnumIndexEntry(entries, entries.count - 1).nOrdinal != m_nEnumsIndexed) {
+                PushEnumEntry(entries, m_EnumIndexMore, SEnumIndexEntry{m_nEnumsIndexed, value->m_nValue});
+                m_PartialNames.push_back(id);
             }
         }
         m_posPartialValue = here;

@@ -1,0 +1,239 @@
+// Open-addressing tables for the header parser's look-up indexes. A large
+// header files some hundred thousand names; chained maps spend most of their
+// time there in cache misses and in one allocation per entry, so these tables
+// keep their slots in one array and their entries in one block:
+//   CNameTable<V>        a name and its value, side by side in one block; a
+//                        name, once filed, keeps its entry until Clear
+//   CPointerMap<K, V>    an object's address and its value, in the slots
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <new>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+inline uint32_t NameTableHash(char const* text, size_t length) {
+    uint64_t h = 0x9E3779B97F4A7C15ull ^ length;
+    auto mix = [&h](uint64_t word) {
+        h = (h ^ word) * 0xBF58476D1CE4E5B9ull;
+        h ^= h >> 31;
+    };
+    for (; length >= 8; text += 8, length -= 8) {
+        uint64_t word;
+        std::memcpy(&word, text, 8);
+        mix(word);
+    }
+    if (length > 0) {
+        uint64_t word = 0;
+        std::memcpy(&word, text, length);
+        mix(word);
+    }
+    h ^= h >> 29;
+    h *= 0x94D049BB133111EBull;
+    return static_cast<uint32_t>(h >> 32);
+}
+
+// Names (any bytes, NULs too) with a value each. An entry is known by its id,
+// which stays valid, with the value's address, until the next Insert or Clear
+// (the value itself keeps its id until Clear).
+template <typename V>
+class CNameTable {
+    static_assert(std::is_trivially_copyable<V>::value && alignof(V) <= 8, "values are kept in a byte block");
+
+public:
+    using Id = uint32_t;
+
+    // The id of the entry of name, created with a value-initialised value when
+    // missing; inserted tells which.
+    Id Insert(char const* text, size_t length, bool* inserted = nullptr) {
+        uint32_t hash = NameTableHash(text, length);
+        size_t slot = 0;
+        if (!m_Slots.empty()) {
+            slot = Probe(text, length, hash);
+            if (m_Slots[slot] != 0) {
+                if (inserted) *inserted = false;
+                return IdOf(m_Slots[slot]);
+            }
+        }
+        if ((m_nCount + 1) * 2 > m_Slots.size()) {
+            Grow();
+            slot = Probe(text, length, hash);
+        }
+        Id id = Append(text, length);
+        m_Slots[slot] = static_cast<uint64_t>(hash) << 32 | (static_cast<uint64_t>(id) + 1);
+        ++m_nCount;
+        if (inserted) *inserted = true;
+        return id;
+    }
+    V* Find(char const* text, size_t length) {
+        if (m_Slots.empty()) return nullptr;
+        uint64_t filed = m_Slots[Probe(text, length, NameTableHash(text, length))];
+        return filed ? &Value(IdOf(filed)) : nullptr;
+    }
+    V const* Find(char const* text, size_t length) const { return const_cast<CNameTable*>(this)->Find(text, length); }
+
+    V& Value(Id id) { return *reinterpret_cast<V*>(m_Block.data() + static_cast<size_t>(id) * 8); }
+    V const& Value(Id id) const { return *reinterpret_cast<V const*>(m_Block.data() + static_cast<size_t>(id) * 8); }
+    // The name of an entry, not terminated.
+    char const* Text(Id id) const { return reinterpret_cast<char const*>(m_Block.data() + TextAt(id)); }
+    size_t Length(Id id) const { return Head(id).length; }
+
+    size_t Count() const { return m_nCount; }
+    // Forgets every entry; the memory is kept for the next ones.
+    void Clear() {
+        std::fill(m_Slots.begin(), m_Slots.end(), uint64_t(0));
+        m_Block.clear();
+        m_nCount = 0;
+    }
+    // Makes room for count names of about averageLength characters.
+    void Reserve(size_t count, size_t averageLength) {
+        size_t slots = m_Slots.size() < 16 ? 16 : m_Slots.size();
+        while (slots < count * 2) slots *= 2;
+        if (slots > m_Slots.size()) Rehash(slots);
+        m_Block.reserve(count * (kValueWords + 1 + (averageLength + 7) / 8));
+    }
+
+private:
+    // An entry: the value, then the name's length in a word of its own, then its bytes.
+    struct SHead {
+        uint64_t length;
+    };
+    static constexpr size_t kValueWords = (sizeof(V) + 7) / 8;
+
+    SHead const& Head(Id id) const {
+        return *reinterpret_cast<SHead const*>(m_Block.data() + (static_cast<size_t>(id) + kValueWords) * 8);
+    }
+    size_t TextAt(Id id) const { return (static_cast<size_t>(id) + kValueWords + 1) * 8; }
+    static Id IdOf(uint64_t filed) { return static_cast<Id>((filed & 0xFFFFFFFFu) - 1); }
+    static uint32_t HashOf(uint64_t filed) { return static_cast<uint32_t>(filed >> 32); }
+
+    // The slot holding name, or the empty slot where it would go.
+    size_t Probe(char const* text, size_t length, uint32_t hash) const {
+        if (m_Slots.empty()) return 0;
+        size_t mask = m_Slots.size() - 1;
+        for (size_t slot = hash & mask;; slot = (slot + 1) & mask) {
+            uint64_t filed = m_Slots[slot];
+            if (filed == 0) return slot;
+            if (HashOf(filed) != hash) continue;
+            Id id = IdOf(filed);
+            if (Head(id).length == length &&
+                (length == 0 || std::memcmp(m_Block.data() + TextAt(id), text, length) == 0)) {
+                return slot;
+            }
+        }
+    }
+    Id Append(char const* text, size_t length) {
+        size_t at = m_Block.size();
+        size_t words = kValueWords + 1 + (length + 7) / 8;
+        if (at / 8 + words >= UINT32_MAX) throw std::bad_alloc();  // ids must fit a slot
+        m_Block.resize(at + words * 8);
+        unsigned char* entry = m_Block.data() + at;
+        new (entry) V();
+        SHead head{length};
+        std::memcpy(entry + kValueWords * 8, &head, sizeof head);
+        if (length > 0) std::memcpy(entry + (kValueWords + 1) * 8, text, length);
+        return static_cast<Id>(at / 8);
+    }
+    void Grow() { Rehash(m_Slots.size() < 16 ? 16 : m_Slots.size() * 2); }
+    void Rehash(size_t slots) {
+        std::vector<uint64_t> old(slots, 0);
+        old.swap(m_Slots);
+        size_t mask = slots - 1;
+        for (uint64_t filed : old) {
+            if (filed == 0) continue;
+            size_t slot = HashOf(filed) & mask;
+            while (m_Slots[slot] != 0) slot = (slot + 1) & mask;
+            m_Slots[slot] = filed;
+        }
+    }
+
+    // The hash of a name in the high half, its entry id + 1 in the low one; 0
+    // when free. A power of two long, at most half full.
+    std::vector<uint64_t> m_Slots;
+    // Entries one after another, each starting on an 8-byte boundary. The
+    // block of a vector is aligned for any fundamental type.
+    std::vector<unsigned char> m_Block;
+    size_t m_nCount = 0;
+};
+
+// Object addresses (never null) to values; the slots hold the values, so one
+// look-up reads one place of memory. Erasing moves later entries back, which
+// keeps every look-up's probe short without markers.
+template <typename K, typename V>
+class CPointerMap {
+public:
+    V* Find(K const* key) {
+        if (!key || m_Slots.empty()) return nullptr;
+        SSlot& slot = m_Slots[Probe(key)];
+        return slot.key ? &slot.value : nullptr;
+    }
+    bool Contains(K const* key) { return Find(key) != nullptr; }
+    // The value of key, value-initialised when key was missing (key must not be null).
+    V& operator[](K* key) {
+        if ((m_nCount + 1) * 2 > m_Slots.size()) Grow();
+        SSlot& slot = m_Slots[Probe(key)];
+        if (!slot.key) {
+            slot.key = key;
+            slot.value = V();
+            ++m_nCount;
+        }
+        return slot.value;
+    }
+    bool Erase(K const* key) {
+        if (!key || m_Slots.empty()) return false;
+        size_t mask = m_Slots.size() - 1;
+        size_t hole = Probe(key);
+        if (!m_Slots[hole].key) return false;
+        // Each later entry of the run that may stand in the hole moves there.
+        for (size_t next = (hole + 1) & mask; m_Slots[next].key; next = (next + 1) & mask) {
+            size_t home = Home(m_Slots[next].key);
+            if (((next - home) & mask) >= ((next - hole) & mask)) {
+                m_Slots[hole] = std::move(m_Slots[next]);
+                hole = next;
+            }
+        }
+        m_Slots[hole].key = nullptr;
+        m_Slots[hole].value = V();
+        --m_nCount;
+        return true;
+    }
+    void Clear() {
+        for (SSlot& slot : m_Slots) slot = SSlot();
+        m_nCount = 0;
+    }
+    size_t Count() const { return m_nCount; }
+
+private:
+    struct SSlot {
+        K* key = nullptr;
+        V value{};
+    };
+    size_t Home(K const* key) const {
+        uint64_t x = reinterpret_cast<uintptr_t>(key);
+        x ^= x >> 33;
+        x *= 0xFF51AFD7ED558CCDull;
+        x ^= x >> 33;
+        return static_cast<size_t>(x) & (m_Slots.size() - 1);
+    }
+    size_t Probe(K const* key) const {
+        size_t mask = m_Slots.size() - 1;
+        size_t slot = Home(key);
+        while (m_Slots[slot].key && m_Slots[slot].key != key) slot = (slot + 1) & mask;
+        return slot;
+    }
+    void Grow() {
+        std::vector<SSlot> old(m_Slots.size() < 16 ? 16 : m_Slots.size() * 2);
+        old.swap(m_Slots);
+        for (SSlot& entry : old) {
+            if (!entry.key) continue;
+            m_Slots[Probe(entry.key)] = std::move(entry);
+        }
+    }
+
+    std::vector<SSlot> m_Slots;  // a power of two long, at most half full
+    size_t m_nCount = 0;
+};
