@@ -21,6 +21,7 @@
 #include "Collections.h"
 #include "NameTable.h"
 #include "ParsedObjects.h"
+#include "PointerMap.h"
 
 struct CStringKeyHash {
     size_t operator()(CString const& s) const { return HashKey(s); }
@@ -151,18 +152,23 @@ public:
     }
 
 private:
-    // The objects filed under one name, by sequence number (list order). Most
-    // names name one object, which is held in place; the others follow in a
-    // sorted array of m_More. A name keeps its entry, empty or not, until the
-    // index is rebuilt, so that renaming an object back and forth adds nothing.
+    // The objects filed under one name in one family, by sequence number (list
+    // order). Most names name one object, which is held in place; the others
+    // follow in a sorted array of m_More.
     using SFiled = std::pair<uint64_t, T*>;
     struct SBucket {
         uint64_t seq;
         T* first;       // null when nothing is filed under the name
         uint32_t more;  // 1 + its array in m_More, 0 before one is needed
     };
-    using Family = CNameTable<SBucket>;
-    using Place = typename Family::Id;
+    // A name's buckets of every family lie together: the look-ups of one name
+    // in several families then read one place. A name keeps its entry, empty
+    // or not, until the index is rebuilt, so that renaming an object adds
+    // nothing.
+    struct SNamed {
+        SBucket families[KEYS::kFamilies];
+    };
+    using Place = typename CNameTable<SNamed>::Id;
     // Where an object is filed: the family and its name's entry. Up to three
     // places, the usual count, are held in place; any further ones in an array
     // of their own.
@@ -200,8 +206,8 @@ private:
         return std::lower_bound(more.begin(), more.end(), seq, [](SFiled const& e, uint64_t s) { return e.first < s; });
     }
     // False when seq is filed under the name already.
-    bool Insert(Family& family, Place place, uint64_t seq, T* object) {
-        SBucket& bucket = family.Value(place);
+    bool Insert(int32_t family, Place place, uint64_t seq, T* object) {
+        SBucket& bucket = m_Names.Value(place).families[family];
         if (!bucket.first) {
             bucket.seq = seq;
             bucket.first = object;
@@ -223,8 +229,8 @@ private:
         more.insert(at, entry);
         return true;
     }
-    void Erase(Family& family, Place place, uint64_t seq) {
-        SBucket& bucket = family.Value(place);
+    void Erase(int32_t family, Place place, uint64_t seq) {
+        SBucket& bucket = m_Names.Value(place).families[family];
         if (!bucket.first) return;
         std::vector<SFiled>* more = bucket.more ? &More(bucket) : nullptr;
         if (seq == bucket.seq) {
@@ -248,7 +254,7 @@ private:
     }
     void Rebuild(List const& list) {
         m_Objects.Clear();
-        for (auto& family : m_Families) family.Clear();
+        m_Names.Clear();
         m_More.clear();
         for (void* pos = list.GetHeadPosition(); pos;) {
             void* at = pos;
@@ -271,11 +277,10 @@ private:
         entry.pos = pos;
         entry.seq = seq;
         for (int32_t family = 0; family < KEYS::kFamilies; ++family) {
-            Family& names = m_Families[family];
             KEYS::Keys(object, family, [&](CString const& key) {
-                Place place = names.Insert(key.GetData(), static_cast<size_t>(key.GetLength()));
+                Place place = m_Names.Insert(key.GetData(), static_cast<size_t>(key.GetLength()));
                 // A second name alike in one family is filed once.
-                if (Insert(names, place, seq, object)) entry.keys.Add(family, place);
+                if (Insert(family, place, seq, object)) entry.keys.Add(family, place);
             });
         }
     }
@@ -283,15 +288,16 @@ private:
         Entry* found = m_Objects.Find(object);
         if (!found) return;
         FiledKeys const& keys = found->keys;
-        for (int32_t i = 0; i < keys.Count(); ++i) Erase(m_Families[keys.FamilyAt(i)], keys.PlaceAt(i), found->seq);
+        for (int32_t i = 0; i < keys.Count(); ++i) Erase(keys.FamilyAt(i), keys.PlaceAt(i), found->seq);
         m_Objects.Erase(object);
     }
     SBucket const* Filed(int32_t family, CString const& key) const {
         if (family < 0 || family >= KEYS::kFamilies) return nullptr;
-        return m_Families[family].Find(key.GetData(), static_cast<size_t>(key.GetLength()));
+        SNamed const* named = m_Names.Find(key.GetData(), static_cast<size_t>(key.GetLength()));
+        return named ? &named->families[family] : nullptr;
     }
 
-    Family m_Families[KEYS::kFamilies];
+    CNameTable<SNamed> m_Names;
     std::vector<std::vector<SFiled>> m_More;
     CPointerMap<T, Entry> m_Objects;
     uint64_t m_nNextSeq = 0;

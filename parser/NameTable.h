@@ -1,10 +1,9 @@
-// Open-addressing tables for the header parser's look-up indexes. A large
-// header files some hundred thousand names; chained maps spend most of their
-// time there in cache misses and in one allocation per entry, so these tables
-// keep their slots in one array and their entries in one block:
-//   CNameTable<V>        a name and its value, side by side in one block; a
-//                        name, once filed, keeps its entry until Clear
-//   CPointerMap<K, V>    an object's address and its value, in the slots
+// An open-addressing table of names for the header parser's look-up indexes.
+// A large header files some hundred thousand names; chained maps spend most of
+// their time there in cache misses and in one allocation per entry, so this
+// table keeps its slots in one array, each with its name's hash, and its
+// entries (a value and its name side by side) one after another in one block.
+// A name, once filed, keeps its entry until Clear.
 #pragma once
 
 #include <algorithm>
@@ -13,7 +12,6 @@
 #include <cstring>
 #include <new>
 #include <type_traits>
-#include <utility>
 #include <vector>
 
 inline uint32_t NameTableHash(char const* text, size_t length) {
@@ -50,7 +48,10 @@ public:
     // The id of the entry of name, created with a value-initialised value when
     // missing; inserted tells which.
     Id Insert(char const* text, size_t length, bool* inserted = nullptr) {
-        uint32_t hash = NameTableHash(text, length);
+        return Insert(text, length, NameTableHash(text, length), inserted);
+    }
+    // As above, with the name's NameTableHash already known.
+    Id Insert(char const* text, size_t length, uint32_t hash, bool* inserted = nullptr) {
         size_t slot = 0;
         if (!m_Slots.empty()) {
             slot = Probe(text, length, hash);
@@ -68,6 +69,11 @@ public:
         ++m_nCount;
         if (inserted) *inserted = true;
         return id;
+    }
+    // Starts reading the slot a name of that hash is looked for in, so that a
+    // loop filing many names waits for memory once for several of them.
+    void Prefetch(uint32_t hash) const {
+        if (!m_Slots.empty()) __builtin_prefetch(&m_Slots[hash & (m_Slots.size() - 1)]);
     }
     V* Find(char const* text, size_t length) {
         if (m_Slots.empty()) return nullptr;
@@ -88,13 +94,6 @@ public:
         std::fill(m_Slots.begin(), m_Slots.end(), uint64_t(0));
         m_Block.clear();
         m_nCount = 0;
-    }
-    // Makes room for count names of about averageLength characters.
-    void Reserve(size_t count, size_t averageLength) {
-        size_t slots = m_Slots.size() < 16 ? 16 : m_Slots.size();
-        while (slots < count * 2) slots *= 2;
-        if (slots > m_Slots.size()) Rehash(slots);
-        m_Block.reserve(count * (kValueWords + 1 + (averageLength + 7) / 8));
     }
 
 private:
@@ -157,83 +156,5 @@ private:
     // Entries one after another, each starting on an 8-byte boundary. The
     // block of a vector is aligned for any fundamental type.
     std::vector<unsigned char> m_Block;
-    size_t m_nCount = 0;
-};
-
-// Object addresses (never null) to values; the slots hold the values, so one
-// look-up reads one place of memory. Erasing moves later entries back, which
-// keeps every look-up's probe short without markers.
-template <typename K, typename V>
-class CPointerMap {
-public:
-    V* Find(K const* key) {
-        if (!key || m_Slots.empty()) return nullptr;
-        SSlot& slot = m_Slots[Probe(key)];
-        return slot.key ? &slot.value : nullptr;
-    }
-    bool Contains(K const* key) { return Find(key) != nullptr; }
-    // The value of key, value-initialised when key was missing (key must not be null).
-    V& operator[](K* key) {
-        if ((m_nCount + 1) * 2 > m_Slots.size()) Grow();
-        SSlot& slot = m_Slots[Probe(key)];
-        if (!slot.key) {
-            slot.key = key;
-            slot.value = V();
-            ++m_nCount;
-        }
-        return slot.value;
-    }
-    bool Erase(K const* key) {
-        if (!key || m_Slots.empty()) return false;
-        size_t mask = m_Slots.size() - 1;
-        size_t hole = Probe(key);
-        if (!m_Slots[hole].key) return false;
-        // Each later entry of the run that may stand in the hole moves there.
-        for (size_t next = (hole + 1) & mask; m_Slots[next].key; next = (next + 1) & mask) {
-            size_t home = Home(m_Slots[next].key);
-            if (((next - home) & mask) >= ((next - hole) & mask)) {
-                m_Slots[hole] = std::move(m_Slots[next]);
-                hole = next;
-            }
-        }
-        m_Slots[hole].key = nullptr;
-        m_Slots[hole].value = V();
-        --m_nCount;
-        return true;
-    }
-    void Clear() {
-        for (SSlot& slot : m_Slots) slot = SSlot();
-        m_nCount = 0;
-    }
-    size_t Count() const { return m_nCount; }
-
-private:
-    struct SSlot {
-        K* key = nullptr;
-        V value{};
-    };
-    size_t Home(K const* key) const {
-        uint64_t x = reinterpret_cast<uintptr_t>(key);
-        x ^= x >> 33;
-        x *= 0xFF51AFD7ED558CCDull;
-        x ^= x >> 33;
-        return static_cast<size_t>(x) & (m_Slots.size() - 1);
-    }
-    size_t Probe(K const* key) const {
-        size_t mask = m_Slots.size() - 1;
-        size_t slot = Home(key);
-        while (m_Slots[slot].key && m_Slots[slot].key != key) slot = (slot + 1) & mask;
-        return slot;
-    }
-    void Grow() {
-        std::vector<SSlot> old(m_Slots.size() < 16 ? 16 : m_Slots.size() * 2);
-        old.swap(m_Slots);
-        for (SSlot& entry : old) {
-            if (!entry.key) continue;
-            m_Slots[Probe(entry.key)] = std::move(entry);
-        }
-    }
-
-    std::vector<SSlot> m_Slots;  // a power of two long, at most half full
     size_t m_nCount = 0;
 };

@@ -277,16 +277,29 @@ void CParseS2T::SyncEnumIndex() {
 
 void CParseS2T::IndexEnumValues(CEnum* enumeration, int32_t limit) {
     if (!enumeration) return;
+    CList<CObject*> const& values = enumeration->m_lstValues;
     void* pos = m_posPartialValue;
-    if (pos) enumeration->m_lstValues.GetNext(pos);
-    else pos = enumeration->m_lstValues.GetHeadPosition();
+    if (pos) values.GetNext(pos);
+    else pos = values.GetHeadPosition();
+    // The index's slots of the names a few places ahead are fetched early, so
+    // that the waits for them overlap.
+    auto hashOf = [](CDefines const* value) {
+        return NameTableHash(value->m_strName.GetData(), static_cast<size_t>(value->m_strName.GetLength()));
+    };
+    void* ahead = pos;
+    auto fetchAhead = [&]() {
+        if (!ahead) return;
+        if (CDefines const* value = static_cast<CDefines*>(values.GetNext(ahead))) m_EnumIndex.Prefetch(hashOf(value));
+    };
+    for (int32_t i = 0; i < 4; ++i) fetchAhead();
     while (pos && m_nPartialValuesIndexed < limit) {
+        fetchAhead();
         void* here = pos;
-        CDefines* value = static_cast<CDefines*>(enumeration->m_lstValues.GetNext(pos));
+        CDefines* value = static_cast<CDefines*>(values.GetNext(pos));
         if (value) {
             // Only the first enumerator of a name in each enumeration answers.
             CString const& name = value->m_strName;
-            uint32_t id = m_EnumIndex.Insert(name.GetData(), static_cast<size_t>(name.GetLength()));
+            uint32_t id = m_EnumIndex.Insert(name.GetData(), static_cast<size_t>(name.GetLength()), hashOf(value));
             SEnumIndexEntries& entries = m_EnumIndex.Value(id);
             if (entries.count == 0 || EnumIndexEntry(entries, entries.count - 1).nOrdinal != m_nEnumsIndexed) {
                 PushEnumEntry(entries, m_EnumIndexMore, SEnumIndexEntry{m_nEnumsIndexed, value->m_nValue});
