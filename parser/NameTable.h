@@ -2,8 +2,9 @@
 // A large header files some hundred thousand names; chained maps spend most of
 // their time there in cache misses and in one allocation per entry, so this
 // table keeps its slots in one array, each with its name's hash, and its
-// entries (a value and its name side by side) one after another in one block.
-// A name, once filed, keeps its entry until Clear.
+// entries (a value and its name side by side) one after another in one block;
+// a small filter answers most look-ups of names never filed. A name, once
+// filed, keeps its entry until Clear.
 #pragma once
 
 #include <algorithm>
@@ -66,6 +67,7 @@ public:
         }
         Id id = Append(text, length);
         m_Slots[slot] = static_cast<uint64_t>(hash) << 32 | (static_cast<uint64_t>(id) + 1);
+        Mark(hash);
         ++m_nCount;
         if (inserted) *inserted = true;
         return id;
@@ -77,7 +79,9 @@ public:
     }
     V* Find(char const* text, size_t length) {
         if (m_Slots.empty()) return nullptr;
-        uint64_t filed = m_Slots[Probe(text, length, NameTableHash(text, length))];
+        uint32_t hash = NameTableHash(text, length);
+        if (!MayHold(hash)) return nullptr;
+        uint64_t filed = m_Slots[Probe(text, length, hash)];
         return filed ? &Value(IdOf(filed)) : nullptr;
     }
     V const* Find(char const* text, size_t length) const { return const_cast<CNameTable*>(this)->Find(text, length); }
@@ -92,6 +96,7 @@ public:
     // Forgets every entry; the memory is kept for the next ones.
     void Clear() {
         std::fill(m_Slots.begin(), m_Slots.end(), uint64_t(0));
+        std::fill(m_Filter.begin(), m_Filter.end(), uint64_t(0));
         m_Block.clear();
         m_nCount = 0;
     }
@@ -109,6 +114,20 @@ private:
     size_t TextAt(Id id) const { return (static_cast<size_t>(id) + kValueWords + 1) * 8; }
     static Id IdOf(uint64_t filed) { return static_cast<Id>((filed & 0xFFFFFFFFu) - 1); }
     static uint32_t HashOf(uint64_t filed) { return static_cast<uint32_t>(filed >> 32); }
+
+    // Two bits of one filter word per name: most names asked for and never
+    // filed are turned away there, in an array a sixteenth of the slots' size
+    // that stays in the cache, without reading their slot.
+    static uint64_t FilterBits(uint32_t hash) {
+        return (uint64_t(1) << ((hash >> 20) & 63)) | (uint64_t(1) << (hash >> 26));
+    }
+    size_t FilterIndex(uint32_t hash) const {
+        return static_cast<size_t>(static_cast<uint64_t>(hash * 0x9E3779B1u) >> m_nFilterShift);
+    }
+    uint64_t& FilterWord(uint32_t hash) { return m_Filter[FilterIndex(hash)]; }
+    uint64_t FilterWord(uint32_t hash) const { return m_Filter[FilterIndex(hash)]; }
+    bool MayHold(uint32_t hash) const { return (FilterWord(hash) & FilterBits(hash)) == FilterBits(hash); }
+    void Mark(uint32_t hash) { FilterWord(hash) |= FilterBits(hash); }
 
     // The slot holding name, or the empty slot where it would go.
     size_t Probe(char const* text, size_t length, uint32_t hash) const {
@@ -141,18 +160,25 @@ private:
     void Rehash(size_t slots) {
         std::vector<uint64_t> old(slots, 0);
         old.swap(m_Slots);
+        size_t words = slots / 16;
+        m_Filter.assign(words, 0);
+        m_nFilterShift = 32;
+        while (words > 1) words /= 2, --m_nFilterShift;
         size_t mask = slots - 1;
         for (uint64_t filed : old) {
             if (filed == 0) continue;
             size_t slot = HashOf(filed) & mask;
             while (m_Slots[slot] != 0) slot = (slot + 1) & mask;
             m_Slots[slot] = filed;
+            Mark(HashOf(filed));
         }
     }
 
     // The hash of a name in the high half, its entry id + 1 in the low one; 0
     // when free. A power of two long, at most half full.
     std::vector<uint64_t> m_Slots;
+    std::vector<uint64_t> m_Filter;  // a power of two long, at least one word
+    int32_t m_nFilterShift = 32;     // 32 less the bits of a filter word's index
     // Entries one after another, each starting on an 8-byte boundary. The
     // block of a vector is aligned for any fundamental type.
     std::vector<unsigned char> m_Block;

@@ -237,7 +237,13 @@ public:
     // for an array size.
     int32_t ParseBracketsUntil(CFile* file, char const* closing);
     void ApplyOperand(CString const& previous, CString const& token, int32_t& acc);
-    void NoteEnumListChanges();
+    // Called for every token, so kept inline; the list rarely shrinks.
+    void NoteEnumListChanges() {
+        int32_t count = m_EnumList.GetCount();
+        if (count < m_nEnumListSeen && count <= m_nEnumsIndexed) NoteEnumListShrunk(count);
+        m_nEnumListSeen = count;
+    }
+    void NoteEnumListShrunk(int32_t count);
     void SyncEnumIndex();
     void ClearEnumIndex();
     void DropPartialEnum();

@@ -199,17 +199,13 @@ int32_t CParseS2T::FindEnumVal(CString const& name) {
     return FindDefVal(name);
 }
 
-void CParseS2T::NoteEnumListChanges() {
+void CParseS2T::NoteEnumListShrunk(int32_t count) {
     // Enumerations leave the list only from its tail (a repeated one is
     // dropped), and the parser reads a token between dropping one and
     // appending the next; noticing the drop here keeps the index from
     // answering for an enumeration that is gone.
-    int32_t count = m_EnumList.GetCount();
-    if (count < m_nEnumListSeen && count <= m_nEnumsIndexed) {
-        if (count == m_nEnumsIndexed && m_pEnumPartial) DropPartialEnum();
-        else if (count < m_nEnumsIndexed) m_bEnumIndexStale = true;
-    }
-    m_nEnumListSeen = count;
+    if (count == m_nEnumsIndexed && m_pEnumPartial) DropPartialEnum();
+    else if (count < m_nEnumsIndexed) m_bEnumIndexStale = true;
 }
 
 void CParseS2T::DropPartialEnum() {
