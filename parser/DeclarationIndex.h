@@ -269,7 +269,16 @@ private:
         m_pTail = list.GetTailPosition();
     }
     void File(T* object, void* pos) {
-        if (!object || m_Objects.Contains(object)) return;
+        if (!object) return;
+        // The places the object and its names go are fetched together, so
+        // that their cache misses overlap.
+        m_Objects.Prefetch(object);
+        for (int32_t family = 0; family < KEYS::kFamilies; ++family) {
+            KEYS::Keys(object, family, [this](CString const& key) {
+                m_Names.Prefetch(NameTableHash(key.GetData(), static_cast<size_t>(key.GetLength())));
+            });
+        }
+        if (m_Objects.Contains(object)) return;
         FileAt(object, pos, m_nNextSeq++);
     }
     void FileAt(T* object, void* pos, uint64_t seq) {

@@ -19,6 +19,10 @@ public:
         return slot.key ? &slot.value : nullptr;
     }
     bool Contains(K const* key) { return Find(key) != nullptr; }
+    // Starts reading the slot key is looked for in.
+    void Prefetch(K const* key) const {
+        if (!m_Slots.empty()) __builtin_prefetch(&m_Slots[Home(key)]);
+    }
     // The value of key, value-initialised when key was missing (key must not be null).
     V& operator[](K* key) {
         if ((m_nCount + 1) * 2 > m_Slots.size()) Grow();
