@@ -72,10 +72,12 @@ public:
         if (inserted) *inserted = true;
         return id;
     }
-    // Starts reading the slot a name of that hash is looked for in, so that a
-    // loop filing many names waits for memory once for several of them.
+    // Starts reading the slot and filter word of a name of that hash, so that
+    // a loop filing many names waits for memory once for several of them.
     void Prefetch(uint32_t hash) const {
-        if (!m_Slots.empty()) __builtin_prefetch(&m_Slots[hash & (m_Slots.size() - 1)]);
+        if (m_Slots.empty()) return;
+        __builtin_prefetch(&m_Slots[hash & (m_Slots.size() - 1)]);
+        __builtin_prefetch(&m_Filter[FilterIndex(hash)]);
     }
     V* Find(char const* text, size_t length) {
         if (m_Slots.empty()) return nullptr;
