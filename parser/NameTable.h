@@ -162,7 +162,7 @@ private:
     void Rehash(size_t slots) {
         std::vector<uint64_t> old(slots, 0);
         old.swap(m_Slots);
-        size_t words = slots / 16;
+        size_t words = slots < 16 ? 1 : slots / 16;
         m_Filter.assign(words, 0);
         m_nFilterShift = 32;
         while (words > 1) words /= 2, --m_nFilterShift;
