@@ -27,6 +27,7 @@
 #include "CString.h"
 #include "Collections.h"
 #include "DeclarationIndex.h"
+#include "NameTable.h"
 #include "ParsedObjects.h"
 #include "RunContext.h"
 
@@ -202,13 +203,14 @@ public:
     CString DirectiveName() const;
     bool StoreDefine(CString const& name, int32_t value);
     void SyncDefineIndex();
+    void IndexDefine(CString const& name, int32_t entry);
     int32_t m_nLinePos = 0;                     // start of the rest of the line in m_strLine
     int32_t m_nLineSeenLength = 0;              // m_strLine as the lexer left it, to notice
     char const* m_pLineSeenData = nullptr;      // a replacement made elsewhere
     CString m_strReadBuffer;                    // ReadLine reads here first (EOF keeps the line)
     int32_t m_nDirectiveDepth = 0;              // directives run one after another, not nested
     bool m_bDirectivePending = false;
-    CMapStringTo<int32_t> m_DefineIndex{4099};  // name -> oldest entry of m_Defines
+    CNameTable<int32_t> m_DefineIndex;          // name -> oldest entry of m_Defines
     int32_t m_nDefineIndexCount = 0;            // entries of m_Defines already in the index
     // Searches of the rest of the current line for the look-aheads of the
     // structure and union readers, whatever the line's length: each answer is
