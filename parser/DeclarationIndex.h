@@ -141,7 +141,8 @@ public:
     T* FirstExcept(List const& list, int32_t family, CString const& key, T const* except) {
         Sync(list);
         SBucket const* filed = Filed(family, key);
-        if (!filed || filed->first != except) return filed ? filed->first : nullptr;
+        if (!filed) return nullptr;
+        if (filed->first != except) return filed->first;
         return filed->more && !More(*filed).empty() ? More(*filed).front().second : nullptr;
     }
     T* Last(List const& list, int32_t family, CString const& key) {
