@@ -14,13 +14,14 @@
 #include <cstddef>
 #include <algorithm>
 #include <memory>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
 #include "CString.h"
 #include "Collections.h"
+#include "NameTable.h"
 #include "ParsedObjects.h"
+#include "PointerMap.h"
 
 struct CStringKeyHash {
     size_t operator()(CString const& s) const { return HashKey(s); }
@@ -42,10 +43,11 @@ struct CEnumKeys {
     static constexpr int32_t kName = 0;     // m_strName
     static constexpr int32_t kAnyName = 1;  // m_strName and every further name
     static bool Accepts(CObject* object) { return object && object->GetObjTypes() == OBJ_ENUM; }
-    static void Keys(CEnum const* e, int32_t family, std::vector<CString>& keys) {
-        keys.push_back(e->m_strName);
+    template <typename FILE>
+    static void Keys(CEnum const* e, int32_t family, FILE&& file) {
+        file(e->m_strName);
         if (family != kAnyName) return;
-        for (void* pos = e->m_lstNames.GetHeadPosition(); pos;) keys.push_back(e->m_lstNames.GetNext(pos));
+        for (void* pos = e->m_lstNames.GetHeadPosition(); pos;) file(e->m_lstNames.GetNext(pos));
     }
 };
 
@@ -55,14 +57,15 @@ struct CStructKeys {
     static constexpr int32_t kFurtherName = 1;
     static constexpr int32_t kName = 2;
     static bool Accepts(CObject* object) { return object && object->GetObjTypes() == OBJ_STRUCT; }
-    static void Keys(CStruct const* s, int32_t family, std::vector<CString>& keys) {
+    template <typename FILE>
+    static void Keys(CStruct const* s, int32_t family, FILE&& file) {
         if (family == kNameOrTag) {
-            keys.push_back(s->m_strName);
-            keys.push_back(s->m_strTag);
+            file(s->m_strName);
+            file(s->m_strTag);
         } else if (family == kName) {
-            keys.push_back(s->m_strName);
+            file(s->m_strName);
         } else {
-            for (void* pos = s->m_lstNames.GetHeadPosition(); pos;) keys.push_back(s->m_lstNames.GetNext(pos));
+            for (void* pos = s->m_lstNames.GetHeadPosition(); pos;) file(s->m_lstNames.GetNext(pos));
         }
     }
 };
@@ -72,8 +75,10 @@ struct CUnionKeys {
     static constexpr int32_t kNameNoCase = 0;
     static constexpr int32_t kName = 1;
     static bool Accepts(CObject* object) { return object && object->GetObjTypes() == OBJ_UNION; }
-    static void Keys(CUnion const* u, int32_t family, std::vector<CString>& keys) {
-        keys.push_back(family == kNameNoCase ? UpperCaseKey(u->m_strName) : u->m_strName);
+    template <typename FILE>
+    static void Keys(CUnion const* u, int32_t family, FILE&& file) {
+        if (family == kNameNoCase) file(UpperCaseKey(u->m_strName));
+        else file(u->m_strName);
     }
 };
 
@@ -103,9 +108,9 @@ public:
     // Unlinks the object from the list and forgets it; false when it is not listed.
     bool Unlink(List& list, T* object) {
         Sync(list);
-        auto found = m_Objects.find(object);
-        if (found == m_Objects.end()) return false;
-        void* pos = found->second.pos;
+        Entry const* found = m_Objects.Find(object);
+        if (!found) return false;
+        void* pos = found->pos;
         Unfile(object);
         list.RemoveAt(pos);
         Remember(list);
@@ -114,91 +119,62 @@ public:
     // The object's names changed: file it again under its present names.
     void Renamed(List const& list, T* object) {
         Sync(list);
-        auto found = m_Objects.find(object);
-        if (found == m_Objects.end()) return;
-        void* pos = found->second.pos;
-        uint64_t seq = found->second.seq;
+        Entry const* found = m_Objects.Find(object);
+        if (!found) return;
+        void* pos = found->pos;
+        uint64_t seq = found->seq;
         Unfile(object);
         FileAt(object, pos, seq);
     }
     bool Contains(List const& list, T* object) {
         Sync(list);
-        return m_Objects.count(object) != 0;
+        return m_Objects.Contains(object);
     }
 
     // The first (or last) object of the list filed under key in that family.
     T* First(List const& list, int32_t family, CString const& key) {
         Sync(list);
-        auto const* filed = Filed(family, key);
-        return filed ? filed->Front() : nullptr;
+        SBucket const* filed = Filed(family, key);
+        return filed ? filed->first : nullptr;
     }
     // The first object filed under key other than except.
     T* FirstExcept(List const& list, int32_t family, CString const& key, T const* except) {
         Sync(list);
-        auto const* filed = Filed(family, key);
-        return filed ? filed->FirstExcept(except) : nullptr;
+        SBucket const* filed = Filed(family, key);
+        if (!filed) return nullptr;
+        if (filed->first != except) return filed->first;
+        return filed->more && !More(*filed).empty() ? More(*filed).front().second : nullptr;
     }
     T* Last(List const& list, int32_t family, CString const& key) {
         Sync(list);
-        auto const* filed = Filed(family, key);
-        return filed ? filed->Back() : nullptr;
+        SBucket const* filed = Filed(family, key);
+        if (!filed) return nullptr;
+        return filed->more && !More(*filed).empty() ? More(*filed).back().second : filed->first;
     }
 
 private:
-    // The objects filed under one key, by sequence number (list order). Most
-    // keys name one object, which is held in place; the others follow in a
-    // sorted array.
-    class Bucket {
-    public:
-        using Filed = std::pair<uint64_t, T*>;
-        bool Empty() const { return m_first.second == nullptr; }
-        T* Front() const { return m_first.second; }
-        T* Back() const { return m_more.empty() ? m_first.second : m_more.back().second; }
-        T* FirstExcept(T const* except) const {
-            if (m_first.second != except) return m_first.second;
-            return m_more.empty() ? nullptr : m_more.front().second;
-        }
-        // False when seq is filed here already.
-        bool Insert(uint64_t seq, T* object) {
-            if (Empty()) {
-                m_first = Filed(seq, object);
-                return true;
-            }
-            if (seq == m_first.first) return false;
-            Filed entry(seq, object);
-            if (seq < m_first.first) std::swap(entry, m_first);
-            auto at = Position(entry.first);
-            if (at != m_more.end() && at->first == entry.first) return false;
-            m_more.insert(at, entry);
-            return true;
-        }
-        void Erase(uint64_t seq) {
-            if (Empty()) return;
-            if (seq == m_first.first) {
-                m_first = m_more.empty() ? Filed(0, nullptr) : m_more.front();
-                if (!m_more.empty()) m_more.erase(m_more.begin());
-                return;
-            }
-            auto at = Position(seq);
-            if (at != m_more.end() && at->first == seq) m_more.erase(at);
-        }
-
-    private:
-        typename std::vector<Filed>::iterator Position(uint64_t seq) {
-            return std::lower_bound(m_more.begin(), m_more.end(), seq,
-                                    [](Filed const& e, uint64_t s) { return e.first < s; });
-        }
-        Filed m_first{0, nullptr};
-        std::vector<Filed> m_more;
+    // The objects filed under one name in one family, by sequence number (list
+    // order). Most names name one object, which is held in place; the others
+    // follow in a sorted array of m_More.
+    using SFiled = std::pair<uint64_t, T*>;
+    struct SBucket {
+        uint64_t seq;
+        T* first;       // null when nothing is filed under the name
+        uint32_t more;  // 1 + its array in m_More, 0 before one is needed
     };
-    using Family = std::unordered_map<CString, Bucket, CStringKeyHash>;
-    // Where an object is filed: the family and its element (elements of an
-    // unordered_map keep their address), so no name is copied twice. Up to
-    // three places, the usual count, are held in place; any further ones in an
-    // array of their own.
+    // A name's buckets of every family lie together: the look-ups of one name
+    // in several families then read one place. A name keeps its entry, empty
+    // or not, until the index is rebuilt, so that renaming an object adds
+    // nothing.
+    struct SNamed {
+        SBucket families[KEYS::kFamilies];
+    };
+    using Place = typename CNameTable<SNamed>::Id;
+    // Where an object is filed: the family and its name's entry. Up to three
+    // places, the usual count, are held in place; any further ones in an array
+    // of their own.
     class FiledKeys {
     public:
-        using Place = typename Family::value_type*;
         void Add(int32_t family, Place place) {
             if (m_nCount < kInPlace) {
                 m_families[m_nCount] = static_cast<int8_t>(family);
@@ -226,12 +202,61 @@ private:
         FiledKeys keys;
     };
 
+    std::vector<SFiled>& More(SBucket const& bucket) { return m_More[bucket.more - 1]; }
+    static typename std::vector<SFiled>::iterator Position(std::vector<SFiled>& more, uint64_t seq) {
+        return std::lower_bound(more.begin(), more.end(), seq, [](SFiled const& e, uint64_t s) { return e.first < s; });
+    }
+    // False when seq is filed under the name already.
+    bool Insert(int32_t family, Place place, uint64_t seq, T* object) {
+        SBucket& bucket = m_Names.Value(place).families[family];
+        if (!bucket.first) {
+            bucket.seq = seq;
+            bucket.first = object;
+            return true;
+        }
+        if (seq == bucket.seq) return false;
+        SFiled entry(seq, object);
+        if (seq < bucket.seq) {
+            std::swap(entry.first, bucket.seq);
+            std::swap(entry.second, bucket.first);
+        }
+        if (!bucket.more) {
+            m_More.emplace_back();
+            bucket.more = static_cast<uint32_t>(m_More.size());
+        }
+        std::vector<SFiled>& more = More(bucket);
+        auto at = Position(more, entry.first);
+        if (at != more.end() && at->first == entry.first) return false;
+        more.insert(at, entry);
+        return true;
+    }
+    void Erase(int32_t family, Place place, uint64_t seq) {
+        SBucket& bucket = m_Names.Value(place).families[family];
+        if (!bucket.first) return;
+        std::vector<SFiled>* more = bucket.more ? &More(bucket) : nullptr;
+        if (seq == bucket.seq) {
+            if (more && !more->empty()) {
+                bucket.seq = more->front().first;
+                bucket.first = more->front().second;
+                more->erase(more->begin());
+            } else {
+                bucket.seq = 0;
+                bucket.first = nullptr;
+            }
+            return;
+        }
+        if (!more) return;
+        auto at = Position(*more, seq);
+        if (at != more->end() && at->first == seq) more->erase(at);
+    }
+
     bool Matches(List const& list) const {
         return list.GetCount() == m_nCount && list.GetHeadPosition() == m_pHead && list.GetTailPosition() == m_pTail;
     }
     void Rebuild(List const& list) {
-        m_Objects.clear();
-        for (auto& family : m_Families) family.clear();
+        m_Objects.Clear();
+        m_Names.Clear();
+        m_More.clear();
         for (void* pos = list.GetHeadPosition(); pos;) {
             void* at = pos;
             CObject* object = list.GetNext(pos);
@@ -245,46 +270,46 @@ private:
         m_pTail = list.GetTailPosition();
     }
     void File(T* object, void* pos) {
-        if (m_Objects.count(object)) return;
+        if (!object) return;
+        // The places the object and its names go are fetched together, so
+        // that their cache misses overlap.
+        m_Objects.Prefetch(object);
+        for (int32_t family = 0; family < KEYS::kFamilies; ++family) {
+            KEYS::Keys(object, family, [this](CString const& key) {
+                m_Names.Prefetch(NameTableHash(key.GetData(), static_cast<size_t>(key.GetLength())));
+            });
+        }
+        if (m_Objects.Contains(object)) return;
         FileAt(object, pos, m_nNextSeq++);
     }
     void FileAt(T* object, void* pos, uint64_t seq) {
         Entry& entry = m_Objects[object];
         entry.pos = pos;
         entry.seq = seq;
-        std::vector<CString> keys;
         for (int32_t family = 0; family < KEYS::kFamilies; ++family) {
-            keys.clear();
-            KEYS::Keys(object, family, keys);
-            for (CString const& key : keys) {
-                auto& filed = *m_Families[family].try_emplace(key).first;
+            KEYS::Keys(object, family, [&](CString const& key) {
+                Place place = m_Names.Insert(key.GetData(), static_cast<size_t>(key.GetLength()));
                 // A second name alike in one family is filed once.
-                if (filed.second.Insert(seq, object)) entry.keys.Add(family, &filed);
-            }
+                if (Insert(family, place, seq, object)) entry.keys.Add(family, place);
+            });
         }
     }
     void Unfile(T* object) {
-        auto found = m_Objects.find(object);
-        if (found == m_Objects.end()) return;
-        uint64_t seq = found->second.seq;
-        FiledKeys const& keys = found->second.keys;
-        for (int32_t i = 0; i < keys.Count(); ++i) {
-            Bucket& bucket = keys.PlaceAt(i)->second;
-            bucket.Erase(seq);
-            if (!bucket.Empty()) continue;
-            CString key = keys.PlaceAt(i)->first;  // the element goes with the erase
-            m_Families[keys.FamilyAt(i)].erase(key);
-        }
-        m_Objects.erase(found);
+        Entry* found = m_Objects.Find(object);
+        if (!found) return;
+        FiledKeys const& keys = found->keys;
+        for (int32_t i = 0; i < keys.Count(); ++i) Erase(keys.FamilyAt(i), keys.PlaceAt(i), found->seq);
+        m_Objects.Erase(object);
     }
-    Bucket const* Filed(int32_t family, CString const& key) const {
+    SBucket const* Filed(int32_t family, CString const& key) const {
         if (family < 0 || family >= KEYS::kFamilies) return nullptr;
-        auto found = m_Families[family].find(key);
-        return found == m_Families[family].end() ? nullptr : &found->second;
+        SNamed const* named = m_Names.Find(key.GetData(), static_cast<size_t>(key.GetLength()));
+        return named ? &named->families[family] : nullptr;
     }
 
-    Family m_Families[KEYS::kFamilies];
-    std::unordered_map<T*, Entry> m_Objects;
+    CNameTable<SNamed> m_Names;
+    std::vector<std::vector<SFiled>> m_More;
+    CPointerMap<T, Entry> m_Objects;
     uint64_t m_nNextSeq = 0;
     int32_t m_nCount = 0;
     void* m_pHead = nullptr;

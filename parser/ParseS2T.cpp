@@ -10,7 +10,6 @@
 CParseS2T::CParseS2T() {
     m_nIntBits = 32;
     m_IfStack.RemoveAll();
-    m_EnumIndex.EnableGrowth();
     InitReservedKeywordsList();
 }
 

@@ -27,6 +27,7 @@
 #include "CString.h"
 #include "Collections.h"
 #include "DeclarationIndex.h"
+#include "NameTable.h"
 #include "ParsedObjects.h"
 #include "RunContext.h"
 
@@ -202,13 +203,14 @@ public:
     CString DirectiveName() const;
     bool StoreDefine(CString const& name, int32_t value);
     void SyncDefineIndex();
+    void IndexDefine(CString const& name, int32_t entry);
     int32_t m_nLinePos = 0;                     // start of the rest of the line in m_strLine
     int32_t m_nLineSeenLength = 0;              // m_strLine as the lexer left it, to notice
     char const* m_pLineSeenData = nullptr;      // a replacement made elsewhere
     CString m_strReadBuffer;                    // ReadLine reads here first (EOF keeps the line)
     int32_t m_nDirectiveDepth = 0;              // directives run one after another, not nested
     bool m_bDirectivePending = false;
-    CMapStringTo<int32_t> m_DefineIndex{4099};  // name -> oldest entry of m_Defines
+    CNameTable<int32_t> m_DefineIndex;          // name -> oldest entry of m_Defines
     int32_t m_nDefineIndexCount = 0;            // entries of m_Defines already in the index
     // Searches of the rest of the current line for the look-aheads of the
     // structure and union readers, whatever the line's length: each answer is
@@ -237,7 +239,13 @@ public:
     // for an array size.
     int32_t ParseBracketsUntil(CFile* file, char const* closing);
     void ApplyOperand(CString const& previous, CString const& token, int32_t& acc);
-    void NoteEnumListChanges();
+    // Called for every token, so kept inline; the list rarely shrinks.
+    void NoteEnumListChanges() {
+        int32_t count = m_EnumList.GetCount();
+        if (count < m_nEnumListSeen && count <= m_nEnumsIndexed) NoteEnumListShrunk(count);
+        m_nEnumListSeen = count;
+    }
+    void NoteEnumListShrunk(int32_t count);
     void SyncEnumIndex();
     void ClearEnumIndex();
     void DropPartialEnum();
@@ -248,41 +256,26 @@ public:
     };
     // The entries of one enumerator name, in list order. Nearly every name has
     // one, which is held in place; a name repeated across enumerations keeps
-    // the others in an array of their own.
-    class CEnumIndexEntries {
-    public:
-        int32_t size() const { return m_nCount; }
-        bool empty() const { return m_nCount == 0; }
-        SEnumIndexEntry const& operator[](int32_t i) const { return i == 0 ? m_first : (*m_pMore)[i - 1]; }
-        SEnumIndexEntry const& back() const { return (*this)[m_nCount - 1]; }
-        void push_back(SEnumIndexEntry entry) {
-            if (m_nCount++ == 0) {
-                m_first = entry;
-                return;
-            }
-            if (!m_pMore) m_pMore = std::make_unique<std::vector<SEnumIndexEntry>>();
-            m_pMore->push_back(entry);
-        }
-        void pop_back() {
-            if (m_nCount > 1) m_pMore->pop_back();
-            if (m_nCount > 0) --m_nCount;
-        }
-
-    private:
-        SEnumIndexEntry m_first{0, 0};
-        int32_t m_nCount = 0;
-        std::unique_ptr<std::vector<SEnumIndexEntry>> m_pMore;
+    // the others in an array of m_EnumIndexMore.
+    struct SEnumIndexEntries {
+        SEnumIndexEntry first;
+        int32_t count;
+        uint32_t more;  // 1 + its array in m_EnumIndexMore, 0 before one is needed
     };
+    SEnumIndexEntry const& EnumIndexEntry(SEnumIndexEntries const& entries, int32_t i) const {
+        return i == 0 ? entries.first : m_EnumIndexMore[entries.more - 1][static_cast<size_t>(i - 1)];
+    }
     // Enumerator name -> the first enumerator of that name in each enumeration,
     // in list order. Holds every enumerator but the newest one of the last
     // enumeration, whose value may still change; that one is read in place.
-    CMapStringTo<CEnumIndexEntries> m_EnumIndex{4099};
+    CNameTable<SEnumIndexEntries> m_EnumIndex;
+    std::vector<std::vector<SEnumIndexEntry>> m_EnumIndexMore;
     int32_t m_nEnumsIndexed = 0;           // leading enumerations indexed completely
     void* m_posLastEnumIndexed = nullptr;  // list position of the last of them
     CEnum* m_pEnumPartial = nullptr;       // the enumeration after them, indexed in part
     int32_t m_nPartialValuesIndexed = 0;
     void* m_posPartialValue = nullptr;     // list position of its last value indexed
-    std::vector<CString> m_PartialNames;   // names it put in the index
+    std::vector<uint32_t> m_PartialNames;  // entries of m_EnumIndex it added to
     int32_t m_nEnumListSeen = 0;
     bool m_bEnumIndexStale = false;
     // ---- helpers of the field types, structures and unions (add below)

@@ -13,6 +13,25 @@ namespace {
 // Signed 32-bit arithmetic that wraps as the target's did.
 int32_t Wrap(uint32_t value) { return static_cast<int32_t>(value); }
 
+using EnumEntryArrays = std::vector<std::vector<CParseS2T::SEnumIndexEntry>>;
+
+void PushEnumEntry(CParseS2T::SEnumIndexEntries& entries, EnumEntryArrays& arrays, CParseS2T::SEnumIndexEntry entry) {
+    if (entries.count++ == 0) {
+        entries.first = entry;
+        return;
+    }
+    if (!entries.more) {
+        arrays.emplace_back();
+        entries.more = static_cast<uint32_t>(arrays.size());
+    }
+    arrays[entries.more - 1].push_back(entry);
+}
+
+void PopEnumEntry(CParseS2T::SEnumIndexEntries& entries, EnumEntryArrays& arrays) {
+    if (entries.count > 1) arrays[entries.more - 1].pop_back();
+    if (entries.count > 0) --entries.count;
+}
+
 }  // namespace
 
 int32_t CParseS2T::GetDefineVal(CFile* file) {
@@ -164,11 +183,12 @@ int32_t CParseS2T::FindEnumVal(CString const& name) {
     SyncEnumIndex();
     int32_t tailOrdinal = m_EnumList.GetCount() - 1;
     bool tailHasName = false;
-    if (CEnumIndexEntries const* entries = m_EnumIndex.Find(name)) {
-        for (int32_t i = 0; i < entries->size(); ++i) {
-            if ((*entries)[i].nValue != kNoValue) return (*entries)[i].nValue;
+    if (SEnumIndexEntries const* entries = m_EnumIndex.Find(name.GetData(), static_cast<size_t>(name.GetLength()))) {
+        for (int32_t i = 0; i < entries->count; ++i) {
+            int32_t value = EnumIndexEntry(*entries, i).nValue;
+            if (value != kNoValue) return value;
         }
-        tailHasName = !entries->empty() && entries->back().nOrdinal == tailOrdinal;
+        tailHasName = entries->count > 0 && EnumIndexEntry(*entries, entries->count - 1).nOrdinal == tailOrdinal;
     }
     // The newest enumerator of the last enumeration is read in place: its value
     // may still be changing while its initialiser is evaluated.
@@ -179,23 +199,21 @@ int32_t CParseS2T::FindEnumVal(CString const& name) {
     return FindDefVal(name);
 }
 
-void CParseS2T::NoteEnumListChanges() {
+void CParseS2T::NoteEnumListShrunk(int32_t count) {
     // Enumerations leave the list only from its tail (a repeated one is
     // dropped), and the parser reads a token between dropping one and
     // appending the next; noticing the drop here keeps the index from
     // answering for an enumeration that is gone.
-    int32_t count = m_EnumList.GetCount();
-    if (count < m_nEnumListSeen && count <= m_nEnumsIndexed) {
-        if (count == m_nEnumsIndexed && m_pEnumPartial) DropPartialEnum();
-        else if (count < m_nEnumsIndexed) m_bEnumIndexStale = true;
-    }
-    m_nEnumListSeen = count;
+    if (count == m_nEnumsIndexed && m_pEnumPartial) DropPartialEnum();
+    else if (count < m_nEnumsIndexed) m_bEnumIndexStale = true;
 }
 
 void CParseS2T::DropPartialEnum() {
-    for (CString const& name : m_PartialNames) {
-        CEnumIndexEntries& entries = m_EnumIndex[name];
-        if (!entries.empty() && entries.back().nOrdinal == m_nEnumsIndexed) entries.pop_back();
+    for (uint32_t id : m_PartialNames) {
+        SEnumIndexEntries& entries = m_EnumIndex.Value(id);
+        if (entries.count > 0 && EnumIndexEntry(entries, entries.count - 1).nOrdinal == m_nEnumsIndexed) {
+            PopEnumEntry(entries, m_EnumIndexMore);
+        }
     }
     m_PartialNames.clear();
     m_pEnumPartial = nullptr;
@@ -204,7 +222,8 @@ void CParseS2T::DropPartialEnum() {
 }
 
 void CParseS2T::ClearEnumIndex() {
-    m_EnumIndex.RemoveAll();
+    m_EnumIndex.Clear();
+    m_EnumIndexMore.clear();
     m_PartialNames.clear();
     m_nEnumsIndexed = 0;
     m_posLastEnumIndexed = nullptr;
@@ -254,18 +273,33 @@ void CParseS2T::SyncEnumIndex() {
 
 void CParseS2T::IndexEnumValues(CEnum* enumeration, int32_t limit) {
     if (!enumeration) return;
+    CList<CObject*> const& values = enumeration->m_lstValues;
     void* pos = m_posPartialValue;
-    if (pos) enumeration->m_lstValues.GetNext(pos);
-    else pos = enumeration->m_lstValues.GetHeadPosition();
+    if (pos) values.GetNext(pos);
+    else pos = values.GetHeadPosition();
+    // The index's slots of the names a few places ahead are fetched early, so
+    // that the waits for them overlap.
+    auto hashOf = [](CDefines const* value) {
+        return NameTableHash(value->m_strName.GetData(), static_cast<size_t>(value->m_strName.GetLength()));
+    };
+    void* ahead = pos;
+    auto fetchAhead = [&]() {
+        if (!ahead) return;
+        if (CDefines const* value = static_cast<CDefines*>(values.GetNext(ahead))) m_EnumIndex.Prefetch(hashOf(value));
+    };
+    for (int32_t i = 0; i < 4; ++i) fetchAhead();
     while (pos && m_nPartialValuesIndexed < limit) {
+        fetchAhead();
         void* here = pos;
-        CDefines* value = static_cast<CDefines*>(enumeration->m_lstValues.GetNext(pos));
+        CDefines* value = static_cast<CDefines*>(values.GetNext(pos));
         if (value) {
             // Only the first enumerator of a name in each enumeration answers.
-            CEnumIndexEntries& entries = m_EnumIndex[value->m_strName];
-            if (entries.empty() || entries.back().nOrdinal != m_nEnumsIndexed) {
-                entries.push_back(SEnumIndexEntry{m_nEnumsIndexed, value->m_nValue});
-                m_PartialNames.push_back(value->m_strName);
+            CString const& name = value->m_strName;
+            uint32_t id = m_EnumIndex.Insert(name.GetData(), static_cast<size_t>(name.GetLength()), hashOf(value));
+            SEnumIndexEntries& entries = m_EnumIndex.Value(id);
+            if (entries.count == 0 || EnumIndexEntry(entries, entries.count - 1).nOrdinal != m_nEnumsIndexed) {
+                PushEnumEntry(entries, m_EnumIndexMore, SEnumIndexEntry{m_nEnumsIndexed, value->m_nValue});
+                m_PartialNames.push_back(id);
             }
         }
         m_posPartialValue = here;

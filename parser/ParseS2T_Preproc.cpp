@@ -130,7 +130,7 @@ bool CParseS2T::StoreDefine(CString const& name, int32_t value) {
         CDefines& entry = m_Defines[m_nDefinesCount];
         entry.m_strName = name;
         entry.m_nValue = value;
-        if (!m_DefineIndex.Find(name)) m_DefineIndex.SetAt(name, m_nDefinesCount);
+        IndexDefine(name, m_nDefinesCount);
         m_nDefineIndexCount = ++m_nDefinesCount;
         if (m_nDefinesCount <= kMaxDefines - 1) return true;
     }
@@ -140,7 +140,7 @@ bool CParseS2T::StoreDefine(CString const& name, int32_t value) {
 
 void CParseS2T::ResetDefineTable() {
     m_nDefinesCount = 0;
-    m_DefineIndex.RemoveAll();
+    m_DefineIndex.Clear();
     m_nDefineIndexCount = 0;
 }
 
@@ -148,14 +148,20 @@ void CParseS2T::SyncDefineIndex() {
     // The index follows the table; a count set back from outside (a new file)
     // starts it again.
     if (m_nDefinesCount < m_nDefineIndexCount) {
-        m_DefineIndex.RemoveAll();
+        m_DefineIndex.Clear();
         m_nDefineIndexCount = 0;
     }
     int32_t count = m_nDefinesCount < kMaxDefines ? m_nDefinesCount : kMaxDefines;
     for (int32_t i = m_nDefineIndexCount; i < count; ++i) {
-        if (!m_DefineIndex.Find(m_Defines[i].m_strName)) m_DefineIndex.SetAt(m_Defines[i].m_strName, i);
+        IndexDefine(m_Defines[i].m_strName, i);
     }
     if (count > m_nDefineIndexCount) m_nDefineIndexCount = count;
+}
+
+void CParseS2T::IndexDefine(CString const& name, int32_t entry) {
+    bool added = false;
+    uint32_t id = m_DefineIndex.Insert(name.GetData(), static_cast<size_t>(name.GetLength()), &added);
+    if (added) m_DefineIndex.Value(id) = entry;  // the oldest entry of a name answers
 }
 
 int32_t CParseS2T::FindDefVal(CString const& token) {
@@ -163,6 +169,6 @@ int32_t CParseS2T::FindDefVal(CString const& token) {
     if (number != 0) return number;
     // "0" itself falls through to the search, like any name.
     SyncDefineIndex();
-    int32_t const* index = m_DefineIndex.Find(token);
+    int32_t const* index = m_DefineIndex.Find(token.GetData(), static_cast<size_t>(token.GetLength()));
     return index ? m_Defines[*index].m_nValue : kNoValue;
 }

@@ -7,6 +7,8 @@ ks_add_test(parser_declaration_tests
     ${CMAKE_CURRENT_SOURCE_DIR}/StructTest.cpp
     ${CMAKE_CURRENT_SOURCE_DIR}/UnionTest.cpp
     ${CMAKE_CURRENT_SOURCE_DIR}/DriverTest.cpp
+    ${CMAKE_CURRENT_SOURCE_DIR}/NameTableTest.cpp
+    ${CMAKE_CURRENT_SOURCE_DIR}/PointerMapTest.cpp
   LIBS ks_parser ks_testsupport)
 
 # The same declarations read by the built KSManCMD, compared in its database file.
