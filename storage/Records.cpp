@@ -108,7 +108,7 @@ void stStruct::AddField(stStructVar const* field) {
     if (field) m_Fields.Add(*field);
 }
 
-void stStruct::AddField(stStructVar&& field) { *m_Fields.Add() = std::move(field); }
+void stStruct::AddField(stStructVar&& field) { m_Fields.Add(std::move(field)); }
 
 void stStruct::CancelLastField() { m_Fields.RemoveTail(); }
 
