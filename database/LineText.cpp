@@ -76,21 +76,9 @@ void CLineText::RemoveLineFeeds() {
     m_nLength = static_cast<size_t>(kept - m_pBuffer);
 }
 
-void CLineText::EndLine() {
-    Reserve(1);
-    m_pBuffer[m_nLength++] = '\n';
-    m_bEnded = true;
-}
-
 void CLineText::ClearBlock() {
     m_nLength = 0;
     m_nLineStart = 0;
-    m_bEnded = false;
-}
-
-void CLineText::StartLine() {
-    if (m_bEnded) m_nLineStart = m_nLength;
-    else m_nLength = m_nLineStart;
     m_bEnded = false;
 }
 
