@@ -80,12 +80,7 @@ void FillUnionMember(CParseS2T& parser, stStructVar& field, CUnionVar const& mem
 
 // One signal member, appended to the signal.
 void AddSignalVar(stSignal& signal, int32_t type, int32_t count, CString const& name, CString const& typeName) {
-    stSignalVar* member = new stSignalVar;
-    member->m_nType = type;
-    member->m_nCount = count;
-    member->m_strName = name;
-    member->m_strTypeName = typeName;
-    signal.AddField(member);
+    signal.AddField(new stSignalVar{type, name, typeName, {}, count});
 }
 
 }  // namespace
@@ -174,7 +169,11 @@ void CParseS2T::WriteStruct(stSignal* signal, CStruct* source, CString, CString,
             }
             continue;
         }
-        CString name = prefix + field->m_strName;
+        // Without a prefix the field name is used as it stands: the copy a
+        // member takes of it is the same as that of an empty prefix joined to it.
+        CString prefixed;
+        if (prefix.GetLength() > 0) prefixed = prefix + field->m_strName;
+        CString const& name = prefix.GetLength() > 0 ? prefixed : field->m_strName;
         AddSignalVar(*signal, field->m_nType, field->m_nArraySize, name, field->m_strType);
         // Every further dimension becomes one more member of the same name.
         for (uint32_t i = 0; i < field->m_arrDims.GetSize(); ++i) {

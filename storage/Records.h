@@ -225,7 +225,6 @@ enum : int32_t {
 
 struct stSignalVar {
     int32_t m_nType = SIGVAR_STRUCT;  // 2: refers to another signal by name
-    int32_t m_nReserved = 0;
     CString m_strName;
     CString m_strTypeName;
     CUIntArray m_Values;  // extra numbers, one more line each
