@@ -199,30 +199,9 @@ public:
     // there (in a chain of two or more), a second node with the same key is
     // appended and Lookup keeps finding the older value. Kept on purpose so that
     // look-ups answer exactly as the stored databases were always indexed.
-    void SetAt(K const& key, V const& value) {
-        Node*& head = m_pTable[Bucket(key)];
-        if (!head) {
-            head = new Node{key, value, nullptr};
-            ++m_nCount;
-            GrowIfFull();
-            return;
-        }
-        if (head->key == key) {
-            head->value = value;
-            return;
-        }
-        Node* node = head;
-        while (node->next) {
-            if (node->key == key) {
-                node->value = value;
-                return;
-            }
-            node = node->next;
-        }
-        node->next = new Node{key, value, nullptr};
-        ++m_nCount;
-        GrowIfFull();
-    }
+    void SetAt(K const& key, V const& value) { Set(key, value); }
+    // The same, taking the key over when a node is added.
+    void SetAt(K&& key, V const& value) { Set(std::move(key), value); }
 
     V& operator[](K const& key) {
         Node*& head = m_pTable[Bucket(key)];
@@ -317,6 +296,32 @@ private:
             if (m_pTable[b]) return m_pTable[b];
         }
         return nullptr;
+    }
+
+    template <typename KK>
+    void Set(KK&& key, V const& value) {
+        Node*& head = m_pTable[Bucket(key)];
+        if (!head) {
+            head = new Node{std::forward<KK>(key), value, nullptr};
+            ++m_nCount;
+            GrowIfFull();
+            return;
+        }
+        if (head->key == key) {
+            head->value = value;
+            return;
+        }
+        Node* node = head;
+        while (node->next) {
+            if (node->key == key) {
+                node->value = value;
+                return;
+            }
+            node = node->next;
+        }
+        node->next = new Node{std::forward<KK>(key), value, nullptr};
+        ++m_nCount;
+        GrowIfFull();
     }
 
     void GrowIfFull() {
