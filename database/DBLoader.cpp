@@ -59,6 +59,13 @@ bool HasAtLeastThreeCommas(CString const& line) {
     return count >= 3;
 }
 
+// StartsWith("<end>"), told by the first byte for the records' lines.
+bool IsEndLine(CString const& line) {
+    constexpr int32_t kEndLength = sizeof dbtexts::kEnd - 1;
+    return line.GetLength() >= kEndLength && line.GetAt(0) == dbtexts::kEnd[0] &&
+           std::memcmp(line.GetData(), dbtexts::kEnd, kEndLength) == 0;
+}
+
 int32_t FlagOf(int32_t number) { return number != 0 ? 1 : 0; }
 
 // The columns of one "nvm" line, cut in file order.
@@ -163,7 +170,7 @@ bool CDatabaseLoader::RunSectionTests() {
 // when a read reports the end of the file.
 bool CDatabaseLoader::ReadSection(RecordLoader load, bool readAfterEnd) {
     while (Next()) {
-        if (m_strLine.StartsWith(dbtexts::kEnd)) return !readAfterEnd || Next();
+        if (IsEndLine(m_strLine)) return !readAfterEnd || Next();
         (this->*load)(m_strLine);
     }
     return false;
