@@ -126,7 +126,7 @@ void CKSLDBWriter::PutLine(char const* line) {
     PutLine(m_Line);
 }
 
-void CKSLDBWriter::PutLine(CLineText& line, bool removeLineFeeds) {
+inline void CKSLDBWriter::PutLine(CLineText& line, bool removeLineFeeds) {
     // Line feeds inside a record would split it; message lines, structure
     // headers and structure-kind field lines have them taken out.
     if (removeLineFeeds) line.RemoveLineFeeds();

@@ -50,8 +50,7 @@ public:
     void Format(A const&... args) {
         static_assert(F.IsWhole() && F.GetDirectiveCount() == sizeof...(A), "one argument per directive");
         SArg const list[] = {SArg(args)..., SArg(0)};
-        size_t room = F.GetFixedLength();
-        for (SArg const& arg : list) room += arg.m_nLength > 0 ? static_cast<size_t>(arg.m_nLength) : 0;
+        size_t room = F.GetFixedLength() + (KnownLength(args) + ... + 0);
         StartLine();
         Reserve(room);
         EmitPieces<F>(list, room, std::make_integer_sequence<int32_t, F.GetCount()>());
@@ -157,6 +156,13 @@ private:
         }
     }
     void AppendBytes(char const* text, size_t length);
+    // The length of an argument that PutText may copy without making room.
+    static size_t KnownLength(CString const& text) { return static_cast<size_t>(text.GetLength()); }
+    static size_t KnownLength(SArg const& arg) { return arg.m_nLength > 0 ? static_cast<size_t>(arg.m_nLength) : 0; }
+    template <typename A>
+    static size_t KnownLength(A const&) {
+        return 0;
+    }
 
     char* m_pBuffer;
     size_t m_nLength = 0;
