@@ -414,6 +414,11 @@ public:
 
     uint32_t GetSize() const { return m_nSize; }
     uint32_t GetCapacity() const { return m_nCapacity; }
+    // Makes room for n elements in all (exactly n when it has to grow), so
+    // that adding that many moves no element; nothing is added.
+    void Reserve(uint32_t n) {
+        if (n > m_nCapacity) MoveTo(Allocate(n), n);
+    }
     T& GetAt(uint32_t i) const { return m_pData[i]; }
     void SetSize(uint32_t n) {
         if (n < m_nSize) {

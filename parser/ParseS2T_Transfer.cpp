@@ -39,6 +39,7 @@ void TransferEnum(CStorage& store, CEnum const& parsed, CString const& name) {
     }
     stEnum* record = new stEnum;
     record->m_strName = name;
+    record->m_Fields.Reserve(static_cast<uint32_t>(parsed.m_lstValues.GetCount()));
     for (void* pos = parsed.m_lstValues.GetHeadPosition(); pos;) {
         CObject* object = parsed.m_lstValues.GetNext(pos);
         if (object && object->GetObjTypes() == OBJ_DEFINE) {
@@ -116,12 +117,10 @@ void CParseS2T::WriteUnions() {
         stUnion* record = new stUnion;
         record->m_strName = parsed->m_strName;
         m_pStorage->AddUnion(record);
+        record->m_Fields.Reserve(static_cast<uint32_t>(parsed->m_lstVars.GetCount()));
         for (void* var = parsed->m_lstVars.GetHeadPosition(); var;) {
             CUnionVar* member = parsed->m_lstVars.GetNext(var);
-            if (!member) continue;
-            stStructVar field(false);
-            FillUnionMember(*this, field, *member);
-            record->AddField(&field);
+            if (member) FillUnionMember(*this, *record->m_Fields.Emplace(false), *member);
         }
         record->m_Fields.FreeExtra();  // the union is complete
     }

@@ -142,6 +142,9 @@ void stUnion::Clear() {
 
 stEnumVar::stEnumVar() : m_nValue(0) {}
 
+stEnumVar::stEnumVar(CString const& name, int32_t value, CString const& description)
+    : m_strName(name), m_nValue(value), m_strDescription(description) {}
+
 void stEnumVar::Set(CString const& name, int32_t value, CString const& description) {
     m_strName = name;
     m_nValue = value;
@@ -185,12 +188,10 @@ void stEnum::Clear() {
 void stEnum::AddField(CString const& name, int32_t value) { AddField(name, value, CString()); }
 
 void stEnum::AddField(CString const& name, int32_t value, CString const& description) {
-    m_Fields.Add()->Set(name, value, description);
+    m_Fields.Emplace(name, value, description);
     ApplySizeRule(value);
 }
 
-// The array offers no way to reserve room without adding entries, and empty
-// entries would become enumerators; the copies are simply appended.
 void stEnum::CopyVars(stEnum const& other) {
     if (&other == this) {
         stEnum copy(other);

@@ -92,6 +92,7 @@ struct stUnion : public stStruct {
 
 struct stEnumVar {
     stEnumVar();
+    stEnumVar(CString const& name, int32_t value, CString const& description);
 
     CString m_strName;
     int32_t m_nValue;
