@@ -81,7 +81,7 @@ void FillUnionMember(CParseS2T& parser, stStructVar& field, CUnionVar const& mem
 
 // One signal member, appended to the signal.
 void AddSignalVar(stSignal& signal, int32_t type, int32_t count, CString const& name, CString const& typeName) {
-    signal.AddField(new stSignalVar{type, name, typeName, {}, count});
+    signal.AddField(new stSignalVar{type, count, name, typeName, {}});
 }
 
 }  // namespace
