@@ -12,11 +12,7 @@ constexpr size_t kInitialCapacity = 1024;
 }  // namespace
 
 // Computed in unsigned arithmetic, so the smallest int prints whole.
-char* CLineText::PutNumber(char* out, int32_t number) {
-    if (number >= 0 && number < 10) {
-        *out = static_cast<char>('0' + number);
-        return out + 1;
-    }
+char* CLineText::PutLongNumber(char* out, int32_t number) {
     char digits[CLineFormat::kMaxNumberLength];
     size_t at = sizeof digits;
     uint32_t magnitude = number < 0 ? 0u - static_cast<uint32_t>(number) : static_cast<uint32_t>(number);

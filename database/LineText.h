@@ -95,7 +95,12 @@ private:
     }
     void Grow(size_t extra);
     // Writes the number at out and returns the end of it.
-    static char* PutNumber(char* out, int32_t number);
+    static char* PutNumber(char* out, int32_t number) {
+        if (number < 0 || number > 9) return PutLongNumber(out, number);
+        *out = static_cast<char>('0' + number);
+        return out + 1;
+    }
+    static char* PutLongNumber(char* out, int32_t number);
     // Copies the text up to its first NUL to out, making room for it and for
     // fixed more bytes; returns the end of it.
     char* PutText(char* out, char const* text, size_t fixed);
@@ -131,9 +136,11 @@ private:
     template <typename W>
     static bool CopyWord(char* out, char const* text) {
         constexpr W kOnes = static_cast<W>(~W{0}) / 0xFF;
+        constexpr W kHigh = kOnes << 7;
         W word;
         std::memcpy(&word, text, sizeof word);
-        if ((word - kOnes) & ~word & (kOnes << 7)) return false;
+        // The first test passes every word of bytes below 128 without a NUL.
+        if (((word - kOnes) & kHigh) && ((word - kOnes) & ~word & kHigh)) return false;
         std::memcpy(out, &word, sizeof word);
         return true;
     }
