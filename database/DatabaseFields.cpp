@@ -45,8 +45,22 @@ CString CFieldCursor::Next() {
 
 // The number is read where it stands: the comma that ends the field stops the
 // conversion just as the end of a copied field would. A field of one to nine
-// plain digits, the usual case, cannot saturate and is read here directly.
+// plain digits, the usual case, cannot saturate and is read here directly; when
+// a comma follows its digits, it is the field's own, found without a search.
 int32_t CFieldCursor::NextNumber() {
+    int32_t digits = 0;
+    int32_t value = 0;
+    for (; digits < m_nLeft && digits < 10 && m_pText[digits] >= '0' && m_pText[digits] <= '9'; ++digits) {
+        value = value * 10 + (m_pText[digits] - '0');
+    }
+    if (digits > 0 && digits < 10 && digits < m_nLeft && m_pText[digits] == ',') {
+        Advance(digits + 1);
+        return value;
+    }
+    return NextNumberSearched();
+}
+
+int32_t CFieldCursor::NextNumberSearched() {
     char const* comma = Comma();
     if (!comma) return 0;
     int32_t length = static_cast<int32_t>(comma - m_pText);

@@ -34,6 +34,8 @@ public:
 
 private:
     char const* Comma() const;
+    // NextNumber for a field that is not digits and its comma.
+    int32_t NextNumberSearched();
 
     char const* m_pText;
     int32_t m_nLeft;

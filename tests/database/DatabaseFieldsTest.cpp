@@ -25,6 +25,7 @@ TEST(CFieldCursor, ReadsWhatCutFieldCuts) {
         {"12,-7, +3,x9,99999999999,-99999999999,", "numbers: sign, blank, junk and saturation"},
         {std::string("a\0b,1\0002,c", 9), "NUL bytes stay inside their fields"},
         {"0x1f,  \t,-,+,", "no digits read as 0"},
+        {"7,123456789,1234567890,42", "nine digits, ten digits, and digits with no comma after them"},
     };
     for (auto const& row : rows) {
         SCOPED_TRACE(row.reason);
