@@ -88,7 +88,7 @@ NvmLine CutNvmLine(CString const& line) {
     nvm.value = rest.NextNumber();
     nvm.flag = FlagOf(rest.NextNumber());
     nvm.info = rest.Next();
-    nvm.doc = SplitMarkers(rest.Rest());
+    SplitMarkers(rest.GetData(), rest.GetLength(), nvm.doc);
     return nvm;
 }
 

@@ -48,5 +48,7 @@ struct DocTexts {
     CString description, mode, unit, dependency;
 };
 DocTexts SplitMarkers(CString const& text);
+// The same for the length bytes at text, into a doc whose texts are empty.
+void SplitMarkers(char const* text, int32_t length, DocTexts& doc);
 
 }  // namespace dbfields
