@@ -11,18 +11,20 @@ constexpr size_t kInitialCapacity = 1024;
 
 }  // namespace
 
-// Computed in unsigned arithmetic, so the smallest int prints whole.
+// Computed in unsigned arithmetic, so the smallest int prints whole. The
+// room of a number directive is kMaxNumberLength bytes, so that many are
+// copied whatever the number's length: a copy of fixed size needs no call.
 char* CLineText::PutLongNumber(char* out, int32_t number) {
-    char digits[CLineFormat::kMaxNumberLength];
-    size_t at = sizeof digits;
+    char digits[2 * CLineFormat::kMaxNumberLength];
+    size_t at = CLineFormat::kMaxNumberLength;
     uint32_t magnitude = number < 0 ? 0u - static_cast<uint32_t>(number) : static_cast<uint32_t>(number);
     do {
         digits[--at] = static_cast<char>('0' + magnitude % 10u);
         magnitude /= 10u;
     } while (magnitude);
     if (number < 0) digits[--at] = '-';
-    std::memcpy(out, digits + at, sizeof digits - at);
-    return out + (sizeof digits - at);
+    std::memcpy(out, digits + at, CLineFormat::kMaxNumberLength);
+    return out + (CLineFormat::kMaxNumberLength - at);
 }
 
 char* CLineText::PutText(char* out, char const* text, size_t fixed) {
