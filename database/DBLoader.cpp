@@ -221,7 +221,7 @@ void CDatabaseLoader::LoadStructLine(CString const& line) {
     NvmLine nvm = CutNvmLine(line);
     stStruct* record = FindOrCreateStruct(nvm);
     if (nvm.third.IsEmpty() && nvm.fourth.IsEmpty() && nvm.fifth.IsEmpty()) return;
-    stStructVar field(false);
+    stStructVar& field = *record->GetNewField();
     if (nvm.second.IsEmpty()) {
         // The kind is not read back: an enumeration field keeps "enum" as its
         // type name and the enumeration's name as its type text.
@@ -240,7 +240,6 @@ void CDatabaseLoader::LoadStructLine(CString const& line) {
     field.m_strUnit = std::move(nvm.doc.unit);
     field.m_strDependency = std::move(nvm.doc.dependency);
     field.m_nDim[0] = nvm.value;
-    record->AddField(std::move(field));
 }
 
 // An existing structure is reused as it is; its header values are not updated.
@@ -302,11 +301,19 @@ void CDatabaseLoader::LoadEnumerator(CString const& line) {
 void CDatabaseLoader::LoadUnionMember(CString const& line) {
     CFieldCursor rest(line);
     CString unionName = rest.Next();
-    stStructVar member(false);
-    member.m_strName = rest.Next();
+    CString name = rest.Next();
     CString third = rest.Next();
     CString fourth = rest.Next();
-    member.m_nDim[0] = rest.NextNumber();
+    int32_t value = rest.NextNumber();
+    stUnion* record = m_storage.FindUnionByName(unionName);
+    if (!record) {
+        record = new stUnion;
+        record->m_strName = unionName;
+        m_storage.AddUnion(record);
+    }
+    stStructVar& member = *record->GetNewField();
+    member.m_strName = std::move(name);
+    member.m_nDim[0] = value;
     if (third == dbtexts::kKindStruct) {
         member.m_nKind = KIND_STRUCT;
         member.m_strType = fourth;
@@ -318,13 +325,6 @@ void CDatabaseLoader::LoadUnionMember(CString const& line) {
         if (third == dbtexts::kKindUnion) member.m_nKind = KIND_UNION;
         if (third == dbtexts::kKindPointer) member.m_nKind = KIND_POINTER;
     }
-    stUnion* record = m_storage.FindUnionByName(unionName);
-    if (!record) {
-        record = new stUnion;
-        record->m_strName = unionName;
-        m_storage.AddUnion(record);
-    }
-    record->AddField(std::move(member));
 }
 
 void CDatabaseLoader::LoadUnionIdentifier(CString const& line) {

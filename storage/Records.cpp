@@ -98,11 +98,7 @@ stStructVar* stStruct::GetNextField(void*& pos) const {
     return &m_Fields.GetNext(pos);
 }
 
-stStructVar* stStruct::GetNewField() {
-    stStructVar* field = m_Fields.Add();
-    field->Clear();
-    return field;
-}
+stStructVar* stStruct::GetNewField() { return m_Fields.Emplace(false); }
 
 void stStruct::AddField(stStructVar const* field) {
     if (field) m_Fields.Add(*field);
