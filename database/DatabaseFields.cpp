@@ -63,10 +63,10 @@ CString CFieldCursor::Next() {
 int32_t CFieldCursor::NextNumber() {
     int32_t digits = 0;
     int32_t value = 0;
-    for (; digits < m_nLeft && digits < 10 && m_pText[digits] >= '0' && m_pText[digits] <= '9'; ++digits) {
+    for (; digits < m_nLeft && digits < 9 && m_pText[digits] >= '0' && m_pText[digits] <= '9'; ++digits) {
         value = value * 10 + (m_pText[digits] - '0');
     }
-    if (digits > 0 && digits < 10 && digits < m_nLeft && m_pText[digits] == ',') {
+    if (digits > 0 && digits < m_nLeft && m_pText[digits] == ',') {
         Advance(digits + 1);
         return value;
     }
