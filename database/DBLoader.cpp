@@ -59,6 +59,13 @@ bool HasAtLeastThreeCommas(CString const& line) {
     return count >= 3;
 }
 
+// StartsWith("<end>"), told by the first byte for the records' lines.
+bool IsEndLine(CString const& line) {
+    constexpr int32_t kEndLength = sizeof dbtexts::kEnd - 1;
+    return line.GetLength() >= kEndLength && line.GetAt(0) == dbtexts::kEnd[0] &&
+           std::memcmp(line.GetData(), dbtexts::kEnd, kEndLength) == 0;
+}
+
 int32_t FlagOf(int32_t number) { return number != 0 ? 1 : 0; }
 
 // The columns of one "nvm" line, cut in file order.
@@ -81,7 +88,7 @@ NvmLine CutNvmLine(CString const& line) {
     nvm.value = rest.NextNumber();
     nvm.flag = FlagOf(rest.NextNumber());
     nvm.info = rest.Next();
-    nvm.doc = SplitMarkers(rest.Rest());
+    SplitMarkers(rest.GetData(), rest.GetLength(), nvm.doc);
     return nvm;
 }
 
@@ -163,7 +170,7 @@ bool CDatabaseLoader::RunSectionTests() {
 // when a read reports the end of the file.
 bool CDatabaseLoader::ReadSection(RecordLoader load, bool readAfterEnd) {
     while (Next()) {
-        if (m_strLine.StartsWith(dbtexts::kEnd)) return !readAfterEnd || Next();
+        if (IsEndLine(m_strLine)) return !readAfterEnd || Next();
         (this->*load)(m_strLine);
     }
     return false;
@@ -214,7 +221,7 @@ void CDatabaseLoader::LoadStructLine(CString const& line) {
     NvmLine nvm = CutNvmLine(line);
     stStruct* record = FindOrCreateStruct(nvm);
     if (nvm.third.IsEmpty() && nvm.fourth.IsEmpty() && nvm.fifth.IsEmpty()) return;
-    stStructVar field(false);
+    stStructVar& field = *record->GetNewField();
     if (nvm.second.IsEmpty()) {
         // The kind is not read back: an enumeration field keeps "enum" as its
         // type name and the enumeration's name as its type text.
@@ -233,7 +240,6 @@ void CDatabaseLoader::LoadStructLine(CString const& line) {
     field.m_strUnit = std::move(nvm.doc.unit);
     field.m_strDependency = std::move(nvm.doc.dependency);
     field.m_nDim[0] = nvm.value;
-    record->AddField(std::move(field));
 }
 
 // An existing structure is reused as it is; its header values are not updated.
@@ -295,11 +301,19 @@ void CDatabaseLoader::LoadEnumerator(CString const& line) {
 void CDatabaseLoader::LoadUnionMember(CString const& line) {
     CFieldCursor rest(line);
     CString unionName = rest.Next();
-    stStructVar member(false);
-    member.m_strName = rest.Next();
+    CString name = rest.Next();
     CString third = rest.Next();
     CString fourth = rest.Next();
-    member.m_nDim[0] = rest.NextNumber();
+    int32_t value = rest.NextNumber();
+    stUnion* record = m_storage.FindUnionByName(unionName);
+    if (!record) {
+        record = new stUnion;
+        record->m_strName = unionName;
+        m_storage.AddUnion(record);
+    }
+    stStructVar& member = *record->GetNewField();
+    member.m_strName = std::move(name);
+    member.m_nDim[0] = value;
     if (third == dbtexts::kKindStruct) {
         member.m_nKind = KIND_STRUCT;
         member.m_strType = fourth;
@@ -311,13 +325,6 @@ void CDatabaseLoader::LoadUnionMember(CString const& line) {
         if (third == dbtexts::kKindUnion) member.m_nKind = KIND_UNION;
         if (third == dbtexts::kKindPointer) member.m_nKind = KIND_POINTER;
     }
-    stUnion* record = m_storage.FindUnionByName(unionName);
-    if (!record) {
-        record = new stUnion;
-        record->m_strName = unionName;
-        m_storage.AddUnion(record);
-    }
-    record->AddField(std::move(member));
 }
 
 void CDatabaseLoader::LoadUnionIdentifier(CString const& line) {

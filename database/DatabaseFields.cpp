@@ -14,6 +14,19 @@ constexpr int32_t kItemModeLength = sizeof dbtexts::kItemMode - 1;
 constexpr int32_t kItemUnitLength = sizeof dbtexts::kItemUnit - 1;
 constexpr int32_t kItemDependencyLength = sizeof dbtexts::kItemDependency - 1;
 
+// The first place at or after start where the n bytes of what stand in
+// text[0, length), NULs compared like any byte; -1 when absent.
+int32_t FindBytes(char const* text, int32_t length, char const* what, int32_t n, int32_t start) {
+    for (int32_t p = start; p <= length - n;) {
+        void const* hit = std::memchr(text + p, what[0], static_cast<size_t>(length - n - p + 1));
+        if (!hit) return -1;
+        p = static_cast<int32_t>(static_cast<char const*>(hit) - text);
+        if (std::memcmp(text + p, what, static_cast<size_t>(n)) == 0) return p;
+        ++p;
+    }
+    return -1;
+}
+
 }  // namespace
 
 CString CutField(CString& rest) {
@@ -45,8 +58,22 @@ CString CFieldCursor::Next() {
 
 // The number is read where it stands: the comma that ends the field stops the
 // conversion just as the end of a copied field would. A field of one to nine
-// plain digits, the usual case, cannot saturate and is read here directly.
+// plain digits, the usual case, cannot saturate and is read here directly; when
+// a comma follows its digits, it is the field's own, found without a search.
 int32_t CFieldCursor::NextNumber() {
+    int32_t digits = 0;
+    int32_t value = 0;
+    for (; digits < m_nLeft && digits < 9 && m_pText[digits] >= '0' && m_pText[digits] <= '9'; ++digits) {
+        value = value * 10 + (m_pText[digits] - '0');
+    }
+    if (digits > 0 && digits < m_nLeft && m_pText[digits] == ',') {
+        Advance(digits + 1);
+        return value;
+    }
+    return NextNumberSearched();
+}
+
+int32_t CFieldCursor::NextNumberSearched() {
     char const* comma = Comma();
     if (!comma) return 0;
     int32_t length = static_cast<int32_t>(comma - m_pText);
@@ -64,28 +91,33 @@ int32_t CFieldCursor::NextNumber() {
 
 DocTexts SplitMarkers(CString const& text) {
     DocTexts doc;
-    int32_t at = text.Find(dbtexts::kItemMode);
-    if (at < 0) {
-        doc.description = text;
-        return doc;
-    }
-    doc.description = text.Left(at);
-    CString rest = text.Mid(at + kItemModeLength);
-    at = rest.Find(dbtexts::kItemUnit);
-    if (at < 0) {
-        doc.mode = rest;
-        return doc;
-    }
-    doc.mode = rest.Left(at);
-    rest = rest.Mid(at + kItemUnitLength);
-    at = rest.Find(dbtexts::kItemDependency);
-    if (at < 0) {
-        doc.unit = rest;
-        return doc;
-    }
-    doc.unit = rest.Left(at);
-    doc.dependency = rest.Mid(at + kItemDependencyLength);
+    SplitMarkers(text.GetData(), text.GetLength(), doc);
     return doc;
+}
+
+// Each marker is looked for behind the one before, as in the rest that a cut
+// at that marker would leave; every part is copied by its bytes, NULs included.
+void SplitMarkers(char const* text, int32_t length, DocTexts& doc) {
+    struct Part {
+        char const* marker;
+        int32_t markerLength;
+        CString* text;
+    } const parts[] = {
+        {dbtexts::kItemMode, kItemModeLength, &doc.description},
+        {dbtexts::kItemUnit, kItemUnitLength, &doc.mode},
+        {dbtexts::kItemDependency, kItemDependencyLength, &doc.unit},
+    };
+    int32_t start = 0;
+    for (Part const& part : parts) {
+        int32_t at = FindBytes(text, length, part.marker, part.markerLength, start);
+        if (at < 0) {
+            *part.text = CString(text + start, length - start);
+            return;
+        }
+        *part.text = CString(text + start, at - start);
+        start = at + part.markerLength;
+    }
+    doc.dependency = CString(text + start, length - start);
 }
 
 }  // namespace dbfields

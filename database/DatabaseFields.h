@@ -34,6 +34,8 @@ public:
 
 private:
     char const* Comma() const;
+    // NextNumber for a field that is not digits and its comma.
+    int32_t NextNumberSearched();
 
     char const* m_pText;
     int32_t m_nLeft;
@@ -46,5 +48,7 @@ struct DocTexts {
     CString description, mode, unit, dependency;
 };
 DocTexts SplitMarkers(CString const& text);
+// The same for the length bytes at text, into a doc whose texts are empty.
+void SplitMarkers(char const* text, int32_t length, DocTexts& doc);
 
 }  // namespace dbfields

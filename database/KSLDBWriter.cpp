@@ -70,11 +70,19 @@ int32_t ValueLines(stStructVar const& field) {
     return field.m_nDimCount < kMaxDims ? field.m_nDimCount : kMaxDims;
 }
 
+// A fixed word with its length, so that the line does not search for its end.
+constexpr int32_t WordLength(char const* word) {
+    int32_t length = 0;
+    while (word[length]) ++length;
+    return length;
+}
+CLineText::SArg Word(char const* word) { return CLineText::SArg(word, WordLength(word)); }
+
 // Codes outside the table have no word; they get an empty one rather than a
 // read past the table.
-char const* SignalVarWord(int32_t type) {
-    if (type < 0 || type >= dbtexts::kSignalVarTypeCount) return "";
-    return dbtexts::kSignalVarType[type];
+CLineText::SArg SignalVarWord(int32_t type) {
+    if (type < 0 || type >= dbtexts::kSignalVarTypeCount) return Word("");
+    return Word(dbtexts::kSignalVarType[type]);
 }
 
 }  // namespace
@@ -118,7 +126,7 @@ void CKSLDBWriter::PutLine(char const* line) {
     PutLine(m_Line);
 }
 
-void CKSLDBWriter::PutLine(CLineText& line, bool removeLineFeeds) {
+inline void CKSLDBWriter::PutLine(CLineText& line, bool removeLineFeeds) {
     // Line feeds inside a record would split it; message lines, structure
     // headers and structure-kind field lines have them taken out.
     if (removeLineFeeds) line.RemoveLineFeeds();
@@ -209,8 +217,8 @@ int CKSLDBWriter::WriteStructVar(stStructVar const* field, CString const& struct
     if (ofStruct && !KnownType(*field, false)) return 0;
     bool tagged = HasTag(*field);
     bool ofEnum = field->m_nKind == KIND_ENUM;
-    char const* kindText = ofEnum ? dbtexts::kKindEnum : field->m_strType.GetData();
-    char const* typeText = ofEnum ? field->m_strType.GetData() : field->m_strTypeText.GetData();
+    CLineText::SArg kindText = ofEnum ? Word(dbtexts::kKindEnum) : CLineText::SArg(field->m_strType);
+    CLineText::SArg typeText(ofEnum ? field->m_strType : field->m_strTypeText);
     int32_t lines = ValueLines(*field);
     for (int32_t i = 0; i < lines; ++i) {
         if (ofStruct) {
@@ -267,22 +275,21 @@ int CKSLDBWriter::WriteUnionVar(stStructVar const* member, CString const& unionN
     if (member->m_nKind == KIND_STRUCT && !KnownType(*member, true)) return 0;
     // The type text comes before the kind text on a union line, the reverse of
     // a structure field line; readers of the file expect exactly this order.
-    char const* kindText = nullptr;
-    char const* typeText = member->m_strTypeText.GetData();
+    CLineText::SArg kindText(member->m_strType);
+    CLineText::SArg typeText(member->m_strTypeText);
     switch (member->m_nKind) {
         case KIND_ENUM:
-            kindText = dbtexts::kKindEnum;
-            typeText = member->m_strType.GetData();
+            kindText = Word(dbtexts::kKindEnum);
+            typeText = CLineText::SArg(member->m_strType);
             break;
         case KIND_POINTER:
-            kindText = dbtexts::kKindPointer;
+            kindText = Word(dbtexts::kKindPointer);
             break;
         case KIND_STRUCT:
         case KIND_UNION:
-            kindText = member->m_strType.GetData();
             break;
         default:  // primitive, and any code the file format has no word for
-            kindText = dbtexts::kKindPrimitive;
+            kindText = Word(dbtexts::kKindPrimitive);
             break;
     }
     int32_t lines = ValueLines(*member);
@@ -316,7 +323,7 @@ void CKSLDBWriter::WriteSignalVar(CString const& signalName, stSignalVar const& 
         PutLine(m_Line);
         return;
     }
-    char const* word = SignalVarWord(member.m_nType);
+    CLineText::SArg word = SignalVarWord(member.m_nType);
     m_Line.Format<lines::kSignalMember>(signalName, member.m_strTypeName, word, member.m_nCount, member.m_strName);
     PutLine(m_Line);
     for (uint32_t i = 0; i < member.m_Values.GetSize(); ++i) {

@@ -11,22 +11,20 @@ constexpr size_t kInitialCapacity = 1024;
 
 }  // namespace
 
-// Computed in unsigned arithmetic, so the smallest int prints whole.
-char* CLineText::PutNumber(char* out, int32_t number) {
-    if (number >= 0 && number < 10) {
-        *out = static_cast<char>('0' + number);
-        return out + 1;
-    }
-    char digits[CLineFormat::kMaxNumberLength];
-    size_t at = sizeof digits;
+// Computed in unsigned arithmetic, so the smallest int prints whole. The
+// room of a number directive is kMaxNumberLength bytes, so that many are
+// copied whatever the number's length: a copy of fixed size needs no call.
+char* CLineText::PutLongNumber(char* out, int32_t number) {
+    char digits[2 * CLineFormat::kMaxNumberLength];
+    size_t at = CLineFormat::kMaxNumberLength;
     uint32_t magnitude = number < 0 ? 0u - static_cast<uint32_t>(number) : static_cast<uint32_t>(number);
     do {
         digits[--at] = static_cast<char>('0' + magnitude % 10u);
         magnitude /= 10u;
     } while (magnitude);
     if (number < 0) digits[--at] = '-';
-    std::memcpy(out, digits + at, sizeof digits - at);
-    return out + (sizeof digits - at);
+    std::memcpy(out, digits + at, CLineFormat::kMaxNumberLength);
+    return out + (CLineFormat::kMaxNumberLength - at);
 }
 
 char* CLineText::PutText(char* out, char const* text, size_t fixed) {
@@ -76,21 +74,9 @@ void CLineText::RemoveLineFeeds() {
     m_nLength = static_cast<size_t>(kept - m_pBuffer);
 }
 
-void CLineText::EndLine() {
-    Reserve(1);
-    m_pBuffer[m_nLength++] = '\n';
-    m_bEnded = true;
-}
-
 void CLineText::ClearBlock() {
     m_nLength = 0;
     m_nLineStart = 0;
-    m_bEnded = false;
-}
-
-void CLineText::StartLine() {
-    if (m_bEnded) m_nLineStart = m_nLength;
-    else m_nLength = m_nLineStart;
     m_bEnded = false;
 }
 

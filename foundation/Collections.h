@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <cstdlib>
+#include <new>
 #include <utility>
 
 #include "CString.h"
@@ -198,30 +199,9 @@ public:
     // there (in a chain of two or more), a second node with the same key is
     // appended and Lookup keeps finding the older value. Kept on purpose so that
     // look-ups answer exactly as the stored databases were always indexed.
-    void SetAt(K const& key, V const& value) {
-        Node*& head = m_pTable[Bucket(key)];
-        if (!head) {
-            head = new Node{key, value, nullptr};
-            ++m_nCount;
-            GrowIfFull();
-            return;
-        }
-        if (head->key == key) {
-            head->value = value;
-            return;
-        }
-        Node* node = head;
-        while (node->next) {
-            if (node->key == key) {
-                node->value = value;
-                return;
-            }
-            node = node->next;
-        }
-        node->next = new Node{key, value, nullptr};
-        ++m_nCount;
-        GrowIfFull();
-    }
+    void SetAt(K const& key, V const& value) { Set(key, value); }
+    // The same, taking the key over when a node is added.
+    void SetAt(K&& key, V const& value) { Set(std::move(key), value); }
 
     V& operator[](K const& key) {
         Node*& head = m_pTable[Bucket(key)];
@@ -318,6 +298,32 @@ private:
         return nullptr;
     }
 
+    template <typename KK>
+    void Set(KK&& key, V const& value) {
+        Node*& head = m_pTable[Bucket(key)];
+        if (!head) {
+            head = new Node{std::forward<KK>(key), value, nullptr};
+            ++m_nCount;
+            GrowIfFull();
+            return;
+        }
+        if (head->key == key) {
+            head->value = value;
+            return;
+        }
+        Node* node = head;
+        while (node->next) {
+            if (node->key == key) {
+                node->value = value;
+                return;
+            }
+            node = node->next;
+        }
+        node->next = new Node{std::forward<KK>(key), value, nullptr};
+        ++m_nCount;
+        GrowIfFull();
+    }
+
     void GrowIfFull() {
         if (!m_bGrows || m_nCount <= m_nBuckets || m_nBuckets > INT32_MAX / 4) return;
         int32_t buckets = m_nBuckets * 2 + 1;
@@ -368,6 +374,9 @@ public:
     explicit CMapStringToPtr(int32_t buckets = kDefaultBucketCount) : CMapStringTo<void*>(buckets) {}
 };
 
+// Only the elements below the size are constructed: the slots past it are raw
+// memory, so growing, adding and trimming an array of large records builds no
+// element that is not used.
 template <typename T>
 class MyArray {
 public:
@@ -380,28 +389,43 @@ public:
         }
         return *this;
     }
-    ~MyArray() { delete[] m_pData; }
-
-    T* Add(T const& value) {
-        T copy(value);  // value may live in this array
-        EnsureCapacity(m_nSize + 1);
-        m_pData[m_nSize] = std::move(copy);
-        return &m_pData[m_nSize++];
+    ~MyArray() {
+        Destroy(0, m_nSize);
+        ::operator delete(m_pData);
     }
-    T* Add() {
-        EnsureCapacity(m_nSize + 1);
-        m_pData[m_nSize] = T();
-        return &m_pData[m_nSize++];
+
+    // value may live in this array.
+    T* Add(T const& value) { return Emplace(value); }
+    T* Add(T&& value) { return Emplace(std::move(value)); }
+    T* Add() { return Emplace(); }
+    // Appends an element built from args.
+    template <typename... A>
+    T* Emplace(A&&... args) {
+        if (m_nSize < m_nCapacity) return new (&m_pData[m_nSize++]) T(std::forward<A>(args)...);
+        // The new element is built before the old block goes, since args may
+        // refer to an element of it.
+        uint32_t capacity = GrownCapacity(m_nSize + 1);
+        T* block = Allocate(capacity);
+        T* added = new (&block[m_nSize]) T(std::forward<A>(args)...);
+        MoveTo(block, capacity);
+        ++m_nSize;
+        return added;
     }
 
     uint32_t GetSize() const { return m_nSize; }
     uint32_t GetCapacity() const { return m_nCapacity; }
+    // Makes room for n elements in all (exactly n when it has to grow), so
+    // that adding that many moves no element; nothing is added.
+    void Reserve(uint32_t n) {
+        if (n > m_nCapacity) MoveTo(Allocate(n), n);
+    }
     T& GetAt(uint32_t i) const { return m_pData[i]; }
     void SetSize(uint32_t n) {
-        EnsureCapacity(n);
-        for (uint32_t i = n; i < m_nSize; ++i) m_pData[i] = T();
-        for (uint32_t i = m_nSize; i < n; ++i) m_pData[i] = T();
-        m_nSize = n;
+        if (n < m_nSize) {
+            Destroy(n, m_nSize);
+            m_nSize = n;
+        }
+        Fill(n);
     }
 
     void* GetHeadPosition() const { return m_nSize ? m_pData : nullptr; }
@@ -414,11 +438,7 @@ public:
 
     // At or past the size, the array grows until it holds i and the size becomes i+1.
     T& operator[](uint32_t i) {
-        if (i >= m_nSize) {
-            EnsureCapacity(i + 1);
-            for (uint32_t k = m_nSize; k <= i; ++k) m_pData[k] = T();
-            m_nSize = i + 1;
-        }
+        if (i >= m_nSize) Fill(i + 1);
         return m_pData[i];
     }
     T const& operator[](uint32_t i) const { return m_pData[i]; }
@@ -426,7 +446,7 @@ public:
     T& GetTail() const { return m_pData[m_nSize - 1]; }
     bool IsEmpty() const { return m_nSize == 0; }
     void RemoveTail() {
-        if (m_nSize) m_pData[--m_nSize] = T();
+        if (m_nSize) m_pData[--m_nSize].~T();
     }
     // Removes first..last inclusive (last is an index, not a count); last 0
     // means first alone; the two are swapped when last is below first; nothing
@@ -437,7 +457,7 @@ public:
         if (last >= m_nSize) return false;
         uint32_t removed = last - first + 1;
         for (uint32_t i = last + 1; i < m_nSize; ++i) m_pData[i - removed] = std::move(m_pData[i]);
-        for (uint32_t i = m_nSize - removed; i < m_nSize; ++i) m_pData[i] = T();
+        Destroy(m_nSize - removed, m_nSize);
         m_nSize -= removed;
         return true;
     }
@@ -448,24 +468,25 @@ public:
             (*this)[i] = std::move(copy);
             return;
         }
-        EnsureCapacity(m_nSize + 1);
-        for (uint32_t k = m_nSize; k > i; --k) m_pData[k] = std::move(m_pData[k - 1]);
+        Emplace(std::move(m_pData[m_nSize - 1]));
+        for (uint32_t k = m_nSize - 2; k > i; --k) m_pData[k] = std::move(m_pData[k - 1]);
         m_pData[i] = std::move(copy);
-        ++m_nSize;
     }
     void RemoveAll() {
-        for (uint32_t i = 0; i < m_nSize; ++i) m_pData[i] = T();
+        Destroy(0, m_nSize);
         m_nSize = 0;
     }
     // Gives back the slots past the size, for an array that is complete: a
     // large database holds many short field lists.
     void FreeExtra() {
         if (m_nCapacity == m_nSize) return;
-        T* block = m_nSize ? new T[m_nSize] : nullptr;
-        for (uint32_t i = 0; i < m_nSize; ++i) block[i] = std::move(m_pData[i]);
-        delete[] m_pData;
-        m_pData = block;
-        m_nCapacity = m_nSize;
+        if (!m_nSize) {
+            ::operator delete(m_pData);
+            m_pData = nullptr;
+            m_nCapacity = 0;
+            return;
+        }
+        MoveTo(Allocate(m_nSize), m_nSize);
     }
 
 private:
@@ -477,21 +498,42 @@ private:
         if (capacity < step) return capacity * 2 < 4 ? (step < 4 ? step : 4) : (capacity * 2 < step ? capacity * 2 : step);
         return capacity + (capacity > step ? capacity : step);
     }
-    void EnsureCapacity(uint32_t needed) {
-        if (needed <= m_nCapacity) return;
+    uint32_t GrownCapacity(uint32_t needed) const {
         uint64_t capacity = m_nCapacity;
         while (capacity < needed) capacity = NextCapacity(capacity, m_nGrowBy);
         if (capacity > UINT32_MAX / 2) capacity = needed;
-        T* block = new T[static_cast<size_t>(capacity)];
-        for (uint32_t i = 0; i < m_nSize; ++i) block[i] = std::move(m_pData[i]);
-        delete[] m_pData;
+        return static_cast<uint32_t>(capacity);
+    }
+    // Raw slots for capacity elements.
+    static T* Allocate(uint32_t capacity) {
+        return static_cast<T*>(::operator new(static_cast<size_t>(capacity) * sizeof(T)));
+    }
+    // Moves the elements into block, of capacity slots, and makes it the array's block.
+    void MoveTo(T* block, uint32_t capacity) {
+        for (uint32_t i = 0; i < m_nSize; ++i) {
+            new (&block[i]) T(std::move(m_pData[i]));
+            m_pData[i].~T();
+        }
+        ::operator delete(m_pData);
         m_pData = block;
-        m_nCapacity = static_cast<uint32_t>(capacity);
+        m_nCapacity = capacity;
+    }
+    void EnsureCapacity(uint32_t needed) {
+        if (needed <= m_nCapacity) return;
+        uint32_t capacity = GrownCapacity(needed);
+        MoveTo(Allocate(capacity), capacity);
+    }
+    // Grows the size to n with empty elements.
+    void Fill(uint32_t n) {
+        EnsureCapacity(n);
+        for (; m_nSize < n; ++m_nSize) new (&m_pData[m_nSize]) T();
+    }
+    void Destroy(uint32_t first, uint32_t end) {
+        for (uint32_t i = first; i < end; ++i) m_pData[i].~T();
     }
     void CopyFrom(MyArray const& other) {
         EnsureCapacity(other.m_nSize);
-        for (uint32_t i = 0; i < other.m_nSize; ++i) m_pData[i] = other.m_pData[i];
-        m_nSize = other.m_nSize;
+        for (; m_nSize < other.m_nSize; ++m_nSize) new (&m_pData[m_nSize]) T(other.m_pData[m_nSize]);
     }
 
     T* m_pData = nullptr;

@@ -3,14 +3,22 @@
 
 #include <cctype>
 
+namespace {
+
+// The white space and digits of the "C" locale, which the tool never leaves.
+bool IsSpace(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
+bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+
+}  // namespace
+
 int32_t Atoi32(char const* text) {
     if (!text) return 0;
-    while (std::isspace(static_cast<unsigned char>(*text))) ++text;
+    while (IsSpace(*text)) ++text;
     bool negative = false;
     if (*text == '+' || *text == '-') negative = *text++ == '-';
     int64_t value = 0;
     constexpr int64_t kLimit = static_cast<int64_t>(INT32_MAX) + 1;
-    while (std::isdigit(static_cast<unsigned char>(*text))) {
+    while (IsDigit(*text)) {
         value = value * 10 + (*text++ - '0');
         if (value > kLimit) value = kLimit;
     }

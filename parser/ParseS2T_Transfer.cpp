@@ -39,6 +39,7 @@ void TransferEnum(CStorage& store, CEnum const& parsed, CString const& name) {
     }
     stEnum* record = new stEnum;
     record->m_strName = name;
+    record->m_Fields.Reserve(static_cast<uint32_t>(parsed.m_lstValues.GetCount()));
     for (void* pos = parsed.m_lstValues.GetHeadPosition(); pos;) {
         CObject* object = parsed.m_lstValues.GetNext(pos);
         if (object && object->GetObjTypes() == OBJ_DEFINE) {
@@ -80,12 +81,7 @@ void FillUnionMember(CParseS2T& parser, stStructVar& field, CUnionVar const& mem
 
 // One signal member, appended to the signal.
 void AddSignalVar(stSignal& signal, int32_t type, int32_t count, CString const& name, CString const& typeName) {
-    stSignalVar* member = new stSignalVar;
-    member->m_nType = type;
-    member->m_nCount = count;
-    member->m_strName = name;
-    member->m_strTypeName = typeName;
-    signal.AddField(member);
+    signal.AddField(new stSignalVar{type, count, name, typeName, {}});
 }
 
 }  // namespace
@@ -121,12 +117,10 @@ void CParseS2T::WriteUnions() {
         stUnion* record = new stUnion;
         record->m_strName = parsed->m_strName;
         m_pStorage->AddUnion(record);
+        record->m_Fields.Reserve(static_cast<uint32_t>(parsed->m_lstVars.GetCount()));
         for (void* var = parsed->m_lstVars.GetHeadPosition(); var;) {
             CUnionVar* member = parsed->m_lstVars.GetNext(var);
-            if (!member) continue;
-            stStructVar field(false);
-            FillUnionMember(*this, field, *member);
-            record->AddField(&field);
+            if (member) FillUnionMember(*this, *record->m_Fields.Emplace(false), *member);
         }
         record->m_Fields.FreeExtra();  // the union is complete
     }
@@ -174,7 +168,11 @@ void CParseS2T::WriteStruct(stSignal* signal, CStruct* source, CString, CString,
             }
             continue;
         }
-        CString name = prefix + field->m_strName;
+        // Without a prefix the field name is used as it stands: the copy a
+        // member takes of it is the same as that of an empty prefix joined to it.
+        CString prefixed;
+        if (prefix.GetLength() > 0) prefixed = prefix + field->m_strName;
+        CString const& name = prefix.GetLength() > 0 ? prefixed : field->m_strName;
         AddSignalVar(*signal, field->m_nType, field->m_nArraySize, name, field->m_strType);
         // Every further dimension becomes one more member of the same name.
         for (uint32_t i = 0; i < field->m_arrDims.GetSize(); ++i) {

@@ -98,17 +98,13 @@ stStructVar* stStruct::GetNextField(void*& pos) const {
     return &m_Fields.GetNext(pos);
 }
 
-stStructVar* stStruct::GetNewField() {
-    stStructVar* field = m_Fields.Add();
-    field->Clear();
-    return field;
-}
+stStructVar* stStruct::GetNewField() { return m_Fields.Emplace(false); }
 
 void stStruct::AddField(stStructVar const* field) {
     if (field) m_Fields.Add(*field);
 }
 
-void stStruct::AddField(stStructVar&& field) { *m_Fields.Add() = std::move(field); }
+void stStruct::AddField(stStructVar&& field) { m_Fields.Add(std::move(field)); }
 
 void stStruct::CancelLastField() { m_Fields.RemoveTail(); }
 
@@ -141,6 +137,9 @@ void stUnion::Clear() {
 // ---- stEnumVar ----
 
 stEnumVar::stEnumVar() : m_nValue(0) {}
+
+stEnumVar::stEnumVar(CString const& name, int32_t value, CString const& description)
+    : m_strName(name), m_nValue(value), m_strDescription(description) {}
 
 void stEnumVar::Set(CString const& name, int32_t value, CString const& description) {
     m_strName = name;
@@ -185,12 +184,10 @@ void stEnum::Clear() {
 void stEnum::AddField(CString const& name, int32_t value) { AddField(name, value, CString()); }
 
 void stEnum::AddField(CString const& name, int32_t value, CString const& description) {
-    m_Fields.Add()->Set(name, value, description);
+    m_Fields.Emplace(name, value, description);
     ApplySizeRule(value);
 }
 
-// The array offers no way to reserve room without adding entries, and empty
-// entries would become enumerators; the copies are simply appended.
 void stEnum::CopyVars(stEnum const& other) {
     if (&other == this) {
         stEnum copy(other);

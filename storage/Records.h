@@ -92,6 +92,7 @@ struct stUnion : public stStruct {
 
 struct stEnumVar {
     stEnumVar();
+    stEnumVar(CString const& name, int32_t value, CString const& description);
 
     CString m_strName;
     int32_t m_nValue;
@@ -223,13 +224,14 @@ enum : int32_t {
     SIGVAR_POINTER = 5,
 };
 
+// The two numbers stand together so that a member takes 96 bytes: a large
+// header stores hundreds of thousands of members.
 struct stSignalVar {
     int32_t m_nType = SIGVAR_STRUCT;  // 2: refers to another signal by name
-    int32_t m_nReserved = 0;
+    int32_t m_nCount = 1;             // the member's number
     CString m_strName;
     CString m_strTypeName;
     CUIntArray m_Values;  // extra numbers, one more line each
-    int32_t m_nCount = 1;  // the member's number
 };
 
 struct stSignal {

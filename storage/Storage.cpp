@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <utility>
 #include <vector>
 
 #include "StorageTexts.h"
@@ -229,13 +230,17 @@ void CStorage::AddCommand(stCommand* command, CString const& fullName) {
 
 void CStorage::AddCommand(stCommand* command) {
     if (!command) return;
-    AddCommand(command, command->GetFullName());
+    void* pos = m_Commands.AddTail(command);
+    m_CommandNames.SetAt(command->GetFullName(), pos);
+    m_CommandIds.SetAt(command->m_nID, pos);
 }
 
-void CStorage::AddReport(stReport* report, CString const& name) {
+void CStorage::AddReport(stReport* report, CString const& name) { AddReport(report, CString(name)); }
+
+void CStorage::AddReport(stReport* report, CString&& name) {
     if (!report) return;
     void* pos = m_Reports.AddTail(report);
-    m_ReportNames.SetAt(name, pos);
+    m_ReportNames.SetAt(std::move(name), pos);
     m_ReportIds.SetAt(report->m_nID, pos);
 }
 

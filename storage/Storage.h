@@ -31,6 +31,8 @@ public:
     void AddCommand(stCommand* command, CString const& fullName);
     void AddCommand(stCommand* command);
     void AddReport(stReport* report, CString const& name);
+    // The same, the index taking the name over.
+    void AddReport(stReport* report, CString&& name);
     // The first monitor of a name wins: a later one is deleted at once.
     void AddMonitor(stMonitor* monitor, CString const& name);
     void AddGroup(stGroup* group);

@@ -14,6 +14,7 @@ namespace {
 
 constexpr CLineFormat kMixed("<%ld|%d%%%q%s>%");
 constexpr CLineFormat kStructField(dbtexts::kStructField);
+constexpr CLineFormat kBracketed("[%s]");
 
 std::string Text(CLineText const& line) { return std::string(line.GetData(), static_cast<size_t>(line.GetLength())); }
 
@@ -54,6 +55,45 @@ TEST(CLineText, TextsStopAtTheirFirstNul) {
     CLineText line;
     line.Format("%s|%s", CString("ab\0cd", 5), static_cast<char const*>(nullptr));
     EXPECT_EQ("ab|", Text(line));
+}
+
+// A string is copied by its length field only when that is where its text
+// ends; each row is printed through a compile-time format and through Append.
+// The rows point at their strings, since a copy would end at the length field.
+TEST(CLineText, StringsPrintToTheirFirstNulWhateverTheirLengthField) {
+    CString deleted("abcdefghijkl");
+    deleted.Delete(1, 2);  // "adefghijkl" then the old "kl": no NUL at the length
+    CString removed("a b c");
+    removed.Remove(' ');  // length 4 over "abc", NUL, "c"
+    CString texts[] = {CString(""), CString("abc"), CString("ab\0", 3), CString("abcdef"), CString("abcd\0f", 6),
+                       CString("abcdefgh"), CString("abcdefghijklmnopq"), CString("abcdefghijklmnop\0", 17),
+                       CString("abcdefgh\0jklmnopq", 17), CString(std::string(3000, 'x').c_str())};
+    struct Row {
+        CString const* text;
+        std::string expected;
+        char const* reason;
+    } rows[] = {
+        {&texts[0], "", "empty"},
+        {&texts[1], "abc", "bytes one by one"},
+        {&texts[2], "ab", "NUL last of a short text"},
+        {&texts[3], "abcdef", "two overlapping halves"},
+        {&texts[4], "abcd", "NUL in the second half"},
+        {&texts[5], "abcdefgh", "one word"},
+        {&texts[6], "abcdefghijklmnopq", "words and an overlapping last one"},
+        {&texts[7], "abcdefghijklmnop", "NUL in the last word"},
+        {&texts[8], "abcdefgh", "NUL in a middle word"},
+        {&texts[9], std::string(3000, 'x'), "longer than the buffer"},
+        {&deleted, "adefghijklkl", "length field cut short by Delete"},
+        {&removed, "abc", "length field past the NUL after Remove"},
+    };
+    for (auto const& row : rows) {
+        CLineText line;
+        line.Format<kBracketed>(*row.text);
+        EXPECT_EQ("[" + row.expected + "]", Text(line)) << row.reason;
+        line.Format("%s", "<");
+        line.Append(*row.text);
+        EXPECT_EQ("<" + row.expected, Text(line)) << row.reason;
+    }
 }
 
 TEST(CLineText, MissingArgumentsGiveNothing) {

@@ -1,6 +1,6 @@
 // The containers: list order and sorted insertion, the map's hash, chain and
 // iteration rules (including the kept SetAt behaviour on a chain's last node),
-// and the array's growth and inclusive RemoveAt.
+// and the array's growth, inclusive RemoveAt and element lifetimes.
 #include "Collections.h"
 
 #include <gtest/gtest.h>
@@ -157,6 +157,50 @@ TEST(MyArray, RemoveAtTakesAnInclusiveLastIndex) {
         for (uint32_t i = 0; i < array.GetSize(); ++i) content += static_cast<char>('0' + array[i]);
         EXPECT_EQ(row.expected, content) << row.reason;
     }
+}
+
+// Counts the elements alive, to tell built slots from raw room.
+struct Counted {
+    explicit Counted(int v = 0) : value(v) { ++live; }
+    Counted(Counted const& other) : value(other.value) { ++live; }
+    Counted(Counted&& other) noexcept : value(other.value) { ++live; }
+    Counted& operator=(Counted const&) = default;
+    Counted& operator=(Counted&&) = default;
+    ~Counted() { --live; }
+    int value;
+    static inline int live = 0;
+};
+
+// Elements live only below the size: every one built is destroyed once, and
+// an element added from the array itself survives the move to a larger block.
+TEST(MyArray, BuildsAndDestroysEachElementOnce) {
+    {
+        MyArray<Counted> array(4);
+        for (int i = 0; i < 4; ++i) array.Emplace(i);
+        array.Add(array[0]);  // the fifth element moves the array to a new block
+        EXPECT_EQ(5u, array.GetSize());
+        EXPECT_EQ(0, array.GetTail().value);
+        EXPECT_EQ(5, Counted::live);
+        array.InsertAt(1, Counted(9));
+        EXPECT_EQ(9, array[1].value);
+        EXPECT_EQ(1, array[2].value);
+        array.RemoveAt(0, 2);
+        array.RemoveTail();
+        EXPECT_EQ(2u, array.GetSize());
+        EXPECT_EQ(2, Counted::live);
+        array.SetSize(6);
+        EXPECT_EQ(6, Counted::live);
+        array.Reserve(40);
+        EXPECT_EQ(40u, array.GetCapacity());
+        EXPECT_EQ(6, Counted::live);  // room is not elements
+        array.SetSize(1);
+        array.FreeExtra();
+        EXPECT_EQ(1u, array.GetCapacity());
+        EXPECT_EQ(2, array[0].value);
+        MyArray<Counted> copy(array);
+        EXPECT_EQ(2, Counted::live);
+    }
+    EXPECT_EQ(0, Counted::live);
 }
 
 TEST(MyArray, IndexPastTheSizeGrowsTheArray) {
