@@ -1,4 +1,4 @@
-// CSmallBlockPool: size classes of 16-byte steps, each filling 64 KB runs cut
+// CSmallBlockPool: size classes of 8-byte steps, each filling 64 KB runs cut
 // in address order from one reserved range, so the records of a run lie close
 // together and the range can be backed by huge pages.
 #include "SmallBlockPool.h"
@@ -41,13 +41,13 @@ CSmallBlockPool::~CSmallBlockPool() {
 
 void* CSmallBlockPool::Allocate(size_t size) {
     if (size == 0 || size > kLargest) return nullptr;
-    size_t classIndex = (size - 1) / kAlignment;
+    size_t classIndex = (size - 1) / kStep;
     SizeClass& sizeClass = m_Classes[classIndex];
     if (FreeBlock* reused = sizeClass.free) {
         sizeClass.free = reused->next;
         return reused;
     }
-    size_t blockSize = (classIndex + 1) * kAlignment;
+    size_t blockSize = (classIndex + 1) * kStep;
     if (static_cast<size_t>(sizeClass.end - sizeClass.next) < blockSize && !StartRun(classIndex)) return nullptr;
     void* block = sizeClass.next;
     sizeClass.next += blockSize;

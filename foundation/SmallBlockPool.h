@@ -15,6 +15,7 @@
 class CSmallBlockPool {
 public:
     static constexpr size_t kLargest = 512;
+    static constexpr size_t kStep = 8;        // size classes are 8, 16, 24, ... bytes
     static constexpr size_t kAlignment = 16;  // what operator new promises
     static constexpr size_t kRunSize = size_t{64} << 10;
 
@@ -26,7 +27,10 @@ public:
     CSmallBlockPool(CSmallBlockPool const&) = delete;
     CSmallBlockPool& operator=(CSmallBlockPool const&) = delete;
 
-    // A block of at least size bytes aligned to kAlignment; null for 0 bytes,
+    // A block of at least size bytes, aligned to kAlignment when its class is a
+    // multiple of it and to kStep otherwise: a request of 17 to 24 bytes cannot
+    // be for an object aligned to 16, whose size would be a multiple of 16, so
+    // a list node of 24 bytes takes 24 and not 32. Null for 0 bytes,
     // for more than kLargest bytes and once the reserve is used up.
     void* Allocate(size_t size);
     // True when block came from this pool.
@@ -38,7 +42,7 @@ public:
     void Free(void* block);
 
 private:
-    static constexpr size_t kClasses = kLargest / kAlignment;
+    static constexpr size_t kClasses = kLargest / kStep;
     struct FreeBlock {
         FreeBlock* next;
     };
