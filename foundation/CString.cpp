@@ -68,6 +68,10 @@ CString& CString::operator+=(char c) {
     return *this;
 }
 
+__attribute__((noinline)) void CString::MoveBytes(char* to, char const* from, int32_t n) {
+    std::memmove(to, from, static_cast<size_t>(n));
+}
+
 void CString::Reserve(int32_t n) {
     if (m_nCapacity >= n + 1) return;
     // Grow by at least half again, so that appending one character at a time
