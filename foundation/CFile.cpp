@@ -107,45 +107,46 @@ void CFile::EndBlockReading() {
     std::fseek(m_pStream, static_cast<long>(m_nBlockOffset + static_cast<int64_t>(m_nBlockStart)), SEEK_SET);
 }
 
-// One line of length bytes (its line feed included when it has one) into line.
-// data[length] may be written over for a moment: the block and the getline
-// buffer both keep a byte to spare behind the text.
-int CFile::TakeLine(char* data, size_t length, CString& line) {
+// One line of length bytes (its line feed included when it has one), cut to
+// the text a reader gets.
+int CFile::TakeLine(char const* data, size_t length, char const*& text, int32_t& textLength) {
     bool hadFeed = data[length - 1] == '\n';
-    size_t text = hadFeed ? length - 1 : length;
-    while (text > 0 && data[text - 1] == '\r') --text;
-    char kept = data[text];
-    data[text] = '\0';
-    line = static_cast<char const*>(data);
-    data[text] = kept;
-    // The usual line, without NUL bytes, is taken in one piece by that; the
-    // carriage returns and the feed cut off hold none.
-    if (static_cast<size_t>(line.GetLength()) == text) return hadFeed || text > 0 ? 1 : 0;
-    line.Empty();
+    size_t kept = hadFeed ? length - 1 : length;
+    while (kept > 0 && data[kept - 1] == '\r') --kept;
+    // The usual line, without NUL bytes, is the text itself; the carriage
+    // returns and the feed cut off hold none.
+    if (kept <= static_cast<size_t>(INT32_MAX) && !std::memchr(data, '\0', kept)) {
+        if (!hadFeed && kept == 0) return 0;
+        text = data;
+        textLength = static_cast<int32_t>(kept);
+        return 1;
+    }
     // The line arrives in pieces of at most 998 characters, and each piece is
     // taken as a C string: a NUL byte hides the rest of its piece.
+    CString& line = m_strPieces;
+    line.Empty();
     constexpr size_t kPiece = 998;
     for (size_t at = 0; at < length; at += kPiece) {
         size_t piece = length - at < kPiece ? length - at : kPiece;
-        size_t text = strnlen(data + at, piece);
-        line += CString(data + at, static_cast<int32_t>(text));
+        size_t bytes = strnlen(data + at, piece);
+        line += CString(data + at, static_cast<int32_t>(bytes));
     }
     if (hadFeed && line.GetLength() > 0 && line.GetAt(line.GetLength() - 1) == '\n') {
         line = line.Left(line.GetLength() - 1);
     }
     line.TrimRight('\r');
     if (!hadFeed && line.GetLength() == 0) return 0;
+    text = line.GetData();
+    textLength = line.GetLength();
     return 1;
 }
 
-int CFile::ReadString(CString& line) {
-    line.Empty();
+int CFile::ReadLineView(char const*& text, int32_t& length) {
     if (!m_pStream) return 0;
     if (!m_bBlockReading && !StartBlockReading()) {
         ssize_t got = getline(&m_pLine, &m_nLineCapacity, m_pStream);
         if (got <= 0) return 0;
-        // getline leaves its terminator behind the line.
-        return TakeLine(m_pLine, static_cast<size_t>(got), line);
+        return TakeLine(m_pLine, static_cast<size_t>(got), text, length);
     }
     size_t searched = m_nBlockStart;
     size_t end = 0;
@@ -162,11 +163,20 @@ int CFile::ReadString(CString& line) {
         }
         searched = m_nBlockStart + unread;
     }
-    size_t length = end - m_nBlockStart;
-    if (length == 0) return 0;
-    char* data = m_pBlock + m_nBlockStart;
+    size_t lineLength = end - m_nBlockStart;
+    if (lineLength == 0) return 0;
+    char const* data = m_pBlock + m_nBlockStart;
     m_nBlockStart = end;
-    return TakeLine(data, length, line);
+    return TakeLine(data, lineLength, text, length);
+}
+
+int CFile::ReadString(CString& line) {
+    line.Empty();
+    char const* text = nullptr;
+    int32_t length = 0;
+    if (!ReadLineView(text, length)) return 0;
+    line.AssignBytes(text, length);
+    return 1;
 }
 
 void CFile::WriteBytes(char const* data, int32_t length) {

@@ -49,6 +49,10 @@ public:
     // first NUL), without its line feed and trailing carriage returns. 1 for a
     // line, 0 at the end of the stream with nothing read.
     int ReadString(CString& line);
+    // The same line without a copy: text points at length bytes that stay
+    // valid until the next read, seek or close of the file. Nothing is set at
+    // the end of the stream.
+    int ReadLineView(char const*& text, int32_t& length);
 
     void WriteString(char const* text);
     void WriteString(char* text);  // null or empty writes nothing
@@ -78,12 +82,13 @@ private:
     bool StartBlockReading();
     bool FillBlock();
     void EndBlockReading();
-    int TakeLine(char* data, size_t length, CString& line);
+    int TakeLine(char const* data, size_t length, char const*& text, int32_t& textLength);
 
     FILE* m_pStream = nullptr;
     char m_szPath[513] = {};
     char* m_pLine = nullptr;  // getline buffer, reused across reads
     CString m_strMemory;      // the text behind OpenText
+    CString m_strPieces;      // a line that held NUL bytes, as it is read
     size_t m_nLineCapacity = 0;
     char* m_pBlock = nullptr;  // one byte more than m_nBlockCapacity, for a terminator
     size_t m_nBlockCapacity = 0;

@@ -205,7 +205,6 @@ public:
     int32_t m_nLinePos = 0;                     // start of the rest of the line in m_strLine
     int32_t m_nLineSeenLength = 0;              // m_strLine as the lexer left it, to notice
     char const* m_pLineSeenData = nullptr;      // a replacement made elsewhere
-    CString m_strReadBuffer;                    // ReadLine reads here first (EOF keeps the line)
     int32_t m_nDirectiveDepth = 0;              // directives run one after another, not nested
     bool m_bDirectivePending = false;
     CMapStringTo<int32_t> m_DefineIndex{4099};  // name -> oldest entry of m_Defines

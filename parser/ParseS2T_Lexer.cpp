@@ -8,7 +8,6 @@
 
 #include <cstdio>
 #include <cstring>
-#include <utility>
 
 #include "ParserTexts.h"
 
@@ -185,15 +184,17 @@ bool CParseS2T::LineIsEmpty() const { return m_strLine.GetLength() - m_nLinePos 
 // ---- lines
 
 int CParseS2T::ReadLine(CFile* file, int raw) {
-    if (!file || !file->ReadString(m_strReadBuffer)) return 0;
-    std::swap(m_strLine, m_strReadBuffer);
+    char const* text = nullptr;
+    int32_t length = 0;
+    if (!file || !file->ReadLineView(text, length)) return 0;
+    // Trimmed as TrimRight and then TrimLeft would, before the one copy.
+    while (length > 0 && static_cast<signed char>(text[length - 1]) <= 32) --length;
+    int32_t blanks = 0;
+    while (blanks < length && IsLeftBlank(text[blanks])) ++blanks;
+    m_strLine.AssignBytes(text + blanks, length - blanks);
     m_nLinePos = 0;
     LineChanged();
     m_nLineNo = static_cast<int32_t>(static_cast<uint32_t>(m_nLineNo) + 1u);
-    m_strLine.TrimRight();
-    int32_t blanks = 0;
-    while (blanks < m_strLine.GetLength() && IsLeftBlank(m_strLine.GetAt(blanks))) ++blanks;
-    if (blanks > 0) DropFront(m_strLine, blanks);
     DisplayFileProcessedSizePercentage(file);
     if (m_bExportedOnly) {
         // A marker counts only on the line directly above its typedef, and only
