@@ -198,6 +198,7 @@ public:
     CString EndOfFileToken();
     void SkipBlockCommentLines(CFile* file, bool& endOfFile);
     CString CutToken(int32_t length);
+    CString CutTokenAt(int32_t length);
     void HandleDirective(CFile* file);
     CString DirectiveName() const;
     bool StoreDefine(CString const& name, int32_t value);

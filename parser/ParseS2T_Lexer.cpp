@@ -19,23 +19,19 @@ bool IsLeftBlank(char c) {
     return value >= 1 && value <= 32;
 }
 
-// The separator set as a table: the first separator at or after start, as
-// FindOneOf gives it, without comparing every character with the whole set.
-struct SeparatorTable {
-    bool is[256] = {};
-    SeparatorTable() {
-        for (char const* c = kTokenSeparators; *c; ++c) is[static_cast<unsigned char>(*c)] = true;
-    }
+// The separator set as a table: a word ends at the first of them, as
+// FindOneOf would find it, without comparing every character with the set.
+struct SSeparatorTable {
+    bool is[256];
 };
 
-int32_t FindSeparator(CString const& line, int32_t start) {
-    static SeparatorTable const table;
-    char const* text = line.GetData();
-    for (int32_t i = start; i < line.GetLength(); ++i) {
-        if (table.is[static_cast<unsigned char>(text[i])]) return i;
-    }
-    return -1;
+constexpr SSeparatorTable MakeSeparatorTable() {
+    SSeparatorTable table{};
+    for (char const* c = kTokenSeparators; *c; ++c) table.is[static_cast<unsigned char>(*c)] = true;
+    return table;
 }
+
+constexpr SSeparatorTable kSeparators = MakeSeparatorTable();
 
 // The first length characters of line stay, as Left(length) would keep them,
 // without a copy; length is below the line's length.
@@ -356,8 +352,23 @@ CString CParseS2T::CutToken(int32_t length) {
     char const* start = m_strLine.GetData() + m_nLinePos;
     // A token that ends with "/*" leaves the opener in the line.
     if (length > 2 && start[length - 2] == '/' && start[length - 1] == '*') length -= 2;
-    SetLinePos(m_nLinePos + length);
-    SkipLineBlanks();
+    return CutTokenAt(length);
+}
+
+// CutToken of a length from 1 to the rest's length, that ends in no "/*".
+inline CString CParseS2T::CutTokenAt(int32_t length) {
+    int32_t pos = m_nLinePos;
+    int32_t lineLength = m_strLine.GetLength();
+    char const* text = m_strLine.GetData();
+    char const* start = text + pos;
+    // The blanks after the token go with it, as SkipLineBlanks takes them.
+    int32_t next = pos + length;
+    static constexpr char kEightSpaces[] = "        ";
+    while (next + 8 <= lineLength && std::memcmp(text + next, kEightSpaces, 8) == 0) next += 8;
+    while (next < lineLength && IsLeftBlank(text[next])) ++next;
+    m_nLinePos = next;
+    m_pLineSeenData = text;
+    m_nLineSeenLength = lineLength;
     // The token is trimmed as CString::Trim does it, the right end first, and
     // built once from what is left.
     int32_t end = length;
@@ -412,11 +423,16 @@ CString CParseS2T::GetToken(CFile* file) {
         }
         if (first == ';') {
             m_nTokenType = TOKEN_END_OF_STATEMENT;
-            return CutToken(1);
+            return CutTokenAt(1);
         }
         if (!LineIsEmpty()) {
-            int32_t separator = FindSeparator(m_strLine, m_nLinePos);
-            return CutToken(separator < 0 ? -1 : separator - m_nLinePos);
+            // A word runs to the first separator; a separator first is a token
+            // of its own. No word holds the "/" of a "/*".
+            char const* text = m_strLine.GetData();
+            int32_t length = m_strLine.GetLength();
+            int32_t end = m_nLinePos;
+            while (end < length && !kSeparators.is[static_cast<unsigned char>(text[end])]) ++end;
+            return CutTokenAt(end == m_nLinePos ? 1 : end - m_nLinePos);
         }
         if (!ReadLine(file, 0)) return EndOfFileToken();
     }
