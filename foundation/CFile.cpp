@@ -75,6 +75,7 @@ bool CFile::StartBlockReading() {
     }
     m_nBlockOffset = here;
     m_nBlockStart = m_nBlockEnd = 0;
+    m_nNulEnd = 0;
     m_bBlockReading = true;
     return true;
 }
@@ -83,6 +84,7 @@ bool CFile::StartBlockReading() {
 // unread part to the front (and growing the block when that part fills it).
 // False when nothing more could be read.
 bool CFile::FillBlock() {
+    m_nNulEnd = 0;  // the bytes move
     if (m_nBlockStart > 0) {
         size_t unread = m_nBlockEnd - m_nBlockStart;
         std::memmove(m_pBlock, m_pBlock + m_nBlockStart, unread);
@@ -109,13 +111,13 @@ void CFile::EndBlockReading() {
 
 // One line of length bytes (its line feed included when it has one), cut to
 // the text a reader gets.
-int CFile::TakeLine(char const* data, size_t length, char const*& text, int32_t& textLength) {
+int CFile::TakeLine(char const* data, size_t length, bool holdsNul, char const*& text, int32_t& textLength) {
     bool hadFeed = data[length - 1] == '\n';
     size_t kept = hadFeed ? length - 1 : length;
     while (kept > 0 && data[kept - 1] == '\r') --kept;
     // The usual line, without NUL bytes, is the text itself; the carriage
     // returns and the feed cut off hold none.
-    if (kept <= static_cast<size_t>(INT32_MAX) && !std::memchr(data, '\0', kept)) {
+    if (kept <= static_cast<size_t>(INT32_MAX) && !holdsNul) {
         if (!hadFeed && kept == 0) return 0;
         text = data;
         textLength = static_cast<int32_t>(kept);
@@ -146,7 +148,8 @@ int CFile::ReadLineView(char const*& text, int32_t& length) {
     if (!m_bBlockReading && !StartBlockReading()) {
         ssize_t got = getline(&m_pLine, &m_nLineCapacity, m_pStream);
         if (got <= 0) return 0;
-        return TakeLine(m_pLine, static_cast<size_t>(got), text, length);
+        return TakeLine(m_pLine, static_cast<size_t>(got), std::memchr(m_pLine, '\0', static_cast<size_t>(got)) != nullptr,
+                        text, length);
     }
     size_t searched = m_nBlockStart;
     size_t end = 0;
@@ -166,8 +169,21 @@ int CFile::ReadLineView(char const*& text, int32_t& length) {
     size_t lineLength = end - m_nBlockStart;
     if (lineLength == 0) return 0;
     char const* data = m_pBlock + m_nBlockStart;
+    bool holdsNul = BlockHoldsNul(m_nBlockStart, end);
     m_nBlockStart = end;
-    return TakeLine(data, lineLength, text, length);
+    return TakeLine(data, lineLength, holdsNul, text, length);
+}
+
+// Whether the block's bytes from from to to hold a NUL. The first NUL from a
+// place on is searched for once, not line by line.
+bool CFile::BlockHoldsNul(size_t from, size_t to) {
+    if (from < m_nNulFrom || to > m_nNulEnd || m_nNulAt < from) {
+        void const* nul = std::memchr(m_pBlock + from, '\0', m_nBlockEnd - from);
+        m_nNulFrom = from;
+        m_nNulEnd = m_nBlockEnd;
+        m_nNulAt = nul ? static_cast<size_t>(static_cast<char const*>(nul) - m_pBlock) : m_nBlockEnd;
+    }
+    return m_nNulAt < to;
 }
 
 int CFile::ReadString(CString& line) {

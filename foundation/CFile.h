@@ -82,7 +82,8 @@ private:
     bool StartBlockReading();
     bool FillBlock();
     void EndBlockReading();
-    int TakeLine(char const* data, size_t length, char const*& text, int32_t& textLength);
+    int TakeLine(char const* data, size_t length, bool holdsNul, char const*& text, int32_t& textLength);
+    bool BlockHoldsNul(size_t from, size_t to);
 
     FILE* m_pStream = nullptr;
     char m_szPath[513] = {};
@@ -96,4 +97,9 @@ private:
     size_t m_nBlockEnd = 0;    // bytes read into the block
     int64_t m_nBlockOffset = 0;  // file position of the block's first byte
     bool m_bBlockReading = false;
+    // The block from m_nNulFrom to m_nNulEnd was searched for a NUL byte and
+    // holds its first one at m_nNulAt (m_nNulEnd when it holds none).
+    size_t m_nNulFrom = 0;
+    size_t m_nNulEnd = 0;
+    size_t m_nNulAt = 0;
 };
