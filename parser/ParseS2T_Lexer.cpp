@@ -19,6 +19,16 @@ bool IsLeftBlank(char c) {
     return value >= 1 && value <= 32;
 }
 
+// The first place at or after pos (up to length) whose character TrimLeft
+// keeps. Runs of spaces, as lines are indented and columns aligned with, go
+// eight at a time.
+int32_t SkipBlanks(char const* text, int32_t pos, int32_t length) {
+    static constexpr char kEightSpaces[] = "        ";
+    while (pos + 8 <= length && std::memcmp(text + pos, kEightSpaces, 8) == 0) pos += 8;
+    while (pos < length && IsLeftBlank(text[pos])) ++pos;
+    return pos;
+}
+
 // The separator set as a table: a word ends at the first of them, as
 // FindOneOf would find it, without comparing every character with the set.
 struct SSeparatorTable {
@@ -141,16 +151,7 @@ void CParseS2T::SetLinePos(int32_t pos) {
     m_nLineSeenLength = m_strLine.GetLength();
 }
 
-void CParseS2T::SkipLineBlanks() {
-    int32_t pos = m_nLinePos;
-    int32_t length = m_strLine.GetLength();
-    char const* text = m_strLine.GetData();
-    // Runs of spaces, as columns are aligned with, eight at a time.
-    static constexpr char kEightSpaces[] = "        ";
-    while (pos + 8 <= length && std::memcmp(text + pos, kEightSpaces, 8) == 0) pos += 8;
-    while (pos < length && IsLeftBlank(text[pos])) ++pos;
-    SetLinePos(pos);
-}
+void CParseS2T::SkipLineBlanks() { SetLinePos(SkipBlanks(m_strLine.GetData(), m_nLinePos, m_strLine.GetLength())); }
 
 void CParseS2T::CommitLinePos() {
     CheckLinePos();
@@ -277,7 +278,8 @@ void CParseS2T::DeleteRemark(CString& line) {
         if (open < 0) break;
         m_bInComment = true;
         openingSeen = true;
-        std::memmove(text + kept, text + from, static_cast<size_t>(open - from));
+        // Text before the first comment stays where it stands.
+        if (kept != from) std::memmove(text + kept, text + from, static_cast<size_t>(open - from));
         kept += open - from;
         int32_t close = -1;
         for (++i; i < slashCount; ++i) {
@@ -295,7 +297,7 @@ void CParseS2T::DeleteRemark(CString& line) {
         ++i;
     }
     if (openingSeen) {
-        std::memmove(text + kept, text + from, static_cast<size_t>(length - from));
+        if (from < length) std::memmove(text + kept, text + from, static_cast<size_t>(length - from));
         CutLineAt(line, kept + length - from);
     }
     // A "*/" left needs a "/" left.
@@ -362,11 +364,7 @@ inline CString CParseS2T::CutTokenAt(int32_t length) {
     char const* text = m_strLine.GetData();
     char const* start = text + pos;
     // The blanks after the token go with it, as SkipLineBlanks takes them.
-    int32_t next = pos + length;
-    static constexpr char kEightSpaces[] = "        ";
-    while (next + 8 <= lineLength && std::memcmp(text + next, kEightSpaces, 8) == 0) next += 8;
-    while (next < lineLength && IsLeftBlank(text[next])) ++next;
-    m_nLinePos = next;
+    m_nLinePos = SkipBlanks(text, pos + length, lineLength);
     m_pLineSeenData = text;
     m_nLineSeenLength = lineLength;
     // The token is trimmed as CString::Trim does it, the right end first, and
