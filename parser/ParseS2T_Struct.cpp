@@ -284,30 +284,33 @@ void CParseS2T::ReadDeclarator(CFile* file, SStructBody& body, SFieldType const&
     // so a "," inside the parentheses of a function pointer does not end it;
     // elsewhere parentheses are passed over and every "," ends the declarator.
     int32_t depth = 0;
-    while (m_nTokenType == TOKEN_ORDINARY && token != "}" && !(token == "," && depth == 0)) {
-        if (token == "[") {
+    for (;;) {
+        // The punctuation tokens are one character long; every longer token is a word.
+        char mark = token.GetLength() == 1 ? token.GetAt(0) : '\0';
+        if (m_nTokenType != TOKEN_ORDINARY || mark == '}' || (mark == ',' && depth == 0)) return;
+        if (mark == '[') {
             if (!declarator.done && !declarator.field) CreateField(body, type, declarator);
             ReadArrayDimension(file, declarator, token);
             continue;
         }
         // Only ":" standing alone starts a bit width; "a:4" is one word, a name.
-        if (token == ":") {
+        if (mark == ':') {
             if (!declarator.done && !declarator.field) CreateField(body, type, declarator);
             ReadBitWidth(file, body, declarator, token);
             continue;
         }
-        if (token == "(") {
+        if (mark == '(') {
             if (declarator.primitivePointer) ++depth;
-        } else if (token == ")") {
+        } else if (mark == ')') {
             if (depth > 0) --depth;
-        } else if (token == "*") {
+        } else if (mark == '*') {
             if (!declarator.wordSeen) ++declarator.stars;
             declarator.starSeen = true;
         } else if (!declarator.field && !declarator.done) {
             declarator.name = token;
             declarator.wordSeen = true;
         }
-        declarator.lastClosesParen = token == ")";
+        declarator.lastClosesParen = mark == ')';
         token = GetBodyToken(file);
     }
 }
