@@ -114,6 +114,23 @@ bool HoldsVolatile(CString const& text) {
     return false;
 }
 
+// The name kBitFieldHolderName formats for the tag and number, built without
+// a printf: the tag up to its first NUL, "_bitfield_", the number in decimal.
+CString BitFieldHolderName(CString const& tag, int32_t number) {
+    CString name(tag.GetData());
+    name += "_bitfield_";
+    char digits[12];
+    int32_t at = sizeof digits;
+    uint32_t value = number < 0 ? 0u - static_cast<uint32_t>(number) : static_cast<uint32_t>(number);
+    do {
+        digits[--at] = static_cast<char>('0' + value % 10u);
+        value /= 10u;
+    } while (value != 0);
+    if (number < 0) digits[--at] = '-';
+    name += CString(digits + at, static_cast<int32_t>(sizeof digits) - at);
+    return name;
+}
+
 }  // namespace
 
 bool CParseS2T::IsFieldQualifier(CString const& word) {
@@ -290,7 +307,7 @@ void CParseS2T::AddBitField(CStruct* owner, CStructVar* field, int32_t width, in
         fields.AddTail(holder);
     }
     if (holder->m_nBitCount == 0) {
-        holder->m_strName.Format(kBitFieldHolderName, owner->m_strTag.GetData(), holderCounter++);
+        holder->m_strName = BitFieldHolderName(owner->m_strTag, holderCounter++);
         holder->m_nType = FIELD_CHAR;
         holder->m_strType = kBitFieldHolderType;
     }
