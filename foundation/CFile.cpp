@@ -111,20 +111,22 @@ void CFile::EndBlockReading() {
 
 // One line of length bytes (its line feed included when it has one), cut to
 // the text a reader gets.
-int CFile::TakeLine(char const* data, size_t length, bool holdsNul, char const*& text, int32_t& textLength) {
+inline int CFile::TakeLine(char const* data, size_t length, bool holdsNul, char const*& text, int32_t& textLength) {
     bool hadFeed = data[length - 1] == '\n';
     size_t kept = hadFeed ? length - 1 : length;
     while (kept > 0 && data[kept - 1] == '\r') --kept;
     // The usual line, without NUL bytes, is the text itself; the carriage
     // returns and the feed cut off hold none.
-    if (kept <= static_cast<size_t>(INT32_MAX) && !holdsNul) {
-        if (!hadFeed && kept == 0) return 0;
-        text = data;
-        textLength = static_cast<int32_t>(kept);
-        return 1;
-    }
-    // The line arrives in pieces of at most 998 characters, and each piece is
-    // taken as a C string: a NUL byte hides the rest of its piece.
+    if (kept > static_cast<size_t>(INT32_MAX) || holdsNul) return TakePieces(data, length, hadFeed, text, textLength);
+    if (!hadFeed && kept == 0) return 0;
+    text = data;
+    textLength = static_cast<int32_t>(kept);
+    return 1;
+}
+
+// The line arrives in pieces of at most 998 characters, and each piece is
+// taken as a C string: a NUL byte hides the rest of its piece.
+int CFile::TakePieces(char const* data, size_t length, bool hadFeed, char const*& text, int32_t& textLength) {
     CString& line = m_strPieces;
     line.Empty();
     constexpr size_t kPiece = 998;
@@ -141,6 +143,18 @@ int CFile::TakeLine(char const* data, size_t length, bool holdsNul, char const*&
     text = line.GetData();
     textLength = line.GetLength();
     return 1;
+}
+
+// Whether the block's bytes from from to to hold a NUL. The first NUL from a
+// place on is searched for once, not line by line.
+inline bool CFile::BlockHoldsNul(size_t from, size_t to) {
+    if (from < m_nNulFrom || to > m_nNulEnd || m_nNulAt < from) {
+        void const* nul = std::memchr(m_pBlock + from, '\0', m_nBlockEnd - from);
+        m_nNulFrom = from;
+        m_nNulEnd = m_nBlockEnd;
+        m_nNulAt = nul ? static_cast<size_t>(static_cast<char const*>(nul) - m_pBlock) : m_nBlockEnd;
+    }
+    return m_nNulAt < to;
 }
 
 int CFile::ReadLineView(char const*& text, int32_t& length) {
@@ -174,17 +188,6 @@ int CFile::ReadLineView(char const*& text, int32_t& length) {
     return TakeLine(data, lineLength, holdsNul, text, length);
 }
 
-// Whether the block's bytes from from to to hold a NUL. The first NUL from a
-// place on is searched for once, not line by line.
-bool CFile::BlockHoldsNul(size_t from, size_t to) {
-    if (from < m_nNulFrom || to > m_nNulEnd || m_nNulAt < from) {
-        void const* nul = std::memchr(m_pBlock + from, '\0', m_nBlockEnd - from);
-        m_nNulFrom = from;
-        m_nNulEnd = m_nBlockEnd;
-        m_nNulAt = nul ? static_cast<size_t>(static_cast<char const*>(nul) - m_pBlock) : m_nBlockEnd;
-    }
-    return m_nNulAt < to;
-}
 
 int CFile::ReadString(CString& line) {
     line.Empty();

@@ -83,6 +83,7 @@ private:
     bool FillBlock();
     void EndBlockReading();
     int TakeLine(char const* data, size_t length, bool holdsNul, char const*& text, int32_t& textLength);
+    int TakePieces(char const* data, size_t length, bool hadFeed, char const*& text, int32_t& textLength);
     bool BlockHoldsNul(size_t from, size_t to);
 
     FILE* m_pStream = nullptr;
