@@ -195,10 +195,14 @@ public:
     void SkipLineBlanks();
     bool LineStartsWith(char const* prefix) const;
     bool LineIsEmpty() const;
-    CString EndOfFileToken();
     void SkipBlockCommentLines(CFile* file, bool& endOfFile);
     CString CutToken(int32_t length);
-    CString CutTokenAt(int32_t length);
+    void CutTokenAt(int32_t length, CString& token);
+    // GetToken into token, whose block is used again; GetBodyToken and
+    // GetNonEmptyToken likewise.
+    void ReadToken(CFile* file, CString& token);
+    void ReadBodyToken(CFile* file, CString& token);
+    void ReadNonEmptyToken(CFile* file, CString& token);
     void HandleDirective(CFile* file);
     CString DirectiveName() const;
     bool StoreDefine(CString const& name, int32_t value);

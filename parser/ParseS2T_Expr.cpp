@@ -80,7 +80,7 @@ int32_t CParseS2T::ParseBracketsUntil(CFile* file, char const* closing) {
             continue;
         }
         previous = token;
-        token = GetToken(file);
+        ReadToken(file, token);
         if (m_nTokenType == TOKEN_EOF) {
             if (outer.empty()) return acc;
             closeGroup();

@@ -258,7 +258,7 @@ CString CParseS2T::ResolveFieldType(CFile* file, CString const& first, CString& 
     while (m_nTokenType == TOKEN_ORDINARY && IsReservedKeyword(word)) {
         text += ' ';
         text += word;
-        token = GetBodyToken(file);
+        ReadBodyToken(file, token);
         word = ResolveTypeAlias(token);
     }
     pending = token;

@@ -330,11 +330,6 @@ void CParseS2T::RemoveComments(CString& text) {
 
 // ---- tokens
 
-CString CParseS2T::EndOfFileToken() {
-    m_nTokenType = TOKEN_EOF;
-    return CString();
-}
-
 void CParseS2T::SkipBlockCommentLines(CFile* file, bool& endOfFile) {
     // The comment's closing line is skipped too, with whatever follows "*/".
     endOfFile = false;
@@ -354,11 +349,14 @@ CString CParseS2T::CutToken(int32_t length) {
     char const* start = m_strLine.GetData() + m_nLinePos;
     // A token that ends with "/*" leaves the opener in the line.
     if (length > 2 && start[length - 2] == '/' && start[length - 1] == '*') length -= 2;
-    return CutTokenAt(length);
+    CString token;
+    CutTokenAt(length, token);
+    return token;
 }
 
-// CutToken of a length from 1 to the rest's length, that ends in no "/*".
-inline CString CParseS2T::CutTokenAt(int32_t length) {
+// CutToken of a length from 1 to the rest's length, that ends in no "/*",
+// into token.
+inline void CParseS2T::CutTokenAt(int32_t length, CString& token) {
     int32_t pos = m_nLinePos;
     int32_t lineLength = m_strLine.GetLength();
     char const* text = m_strLine.GetData();
@@ -373,10 +371,16 @@ inline CString CParseS2T::CutTokenAt(int32_t length) {
     while (end > 0 && static_cast<signed char>(start[end - 1]) <= 32) --end;
     int32_t begin = 0;
     while (begin < end && IsLeftBlank(start[begin])) ++begin;
-    return CString(start + begin, end - begin);
+    token.AssignBytes(start + begin, end - begin);
 }
 
 CString CParseS2T::GetToken(CFile* file) {
+    CString token;
+    ReadToken(file, token);
+    return token;
+}
+
+void CParseS2T::ReadToken(CFile* file, CString& token) {
     NoteEnumListChanges();
     CheckLinePos();
     m_nTokenType = TOKEN_ORDINARY;
@@ -395,13 +399,14 @@ CString CParseS2T::GetToken(CFile* file) {
         }
         if (!m_IfStack.IsEmpty() && m_IfStack.GetTail() == 0) {
             // Inside a region left out by conditional compilation.
-            if (!ReadLine(file, 0)) return EndOfFileToken();
+            if (!ReadLine(file, 0)) break;
             continue;
         }
         if (first == 'd' && LineStartsWith(kKeywordDefine)) {
             // Only the letters are tested: "defineCount;" gives "defineC".
             m_nTokenType = TOKEN_DEFINE;
-            return CutToken(7);
+            token = CutToken(7);
+            return;
         }
         if (first == '/' && LineStartsWith(kBlockCommentOpen)) {
             int32_t close = FindCommentMark(m_strLine, kBlockCommentClose, m_nLinePos);
@@ -410,18 +415,19 @@ CString CParseS2T::GetToken(CFile* file) {
             } else {
                 bool endOfFile = false;
                 SkipBlockCommentLines(file, endOfFile);
-                if (endOfFile) return EndOfFileToken();
+                if (endOfFile) break;
             }
             SkipLineBlanks();
             continue;
         }
         if (first == '/' && LineStartsWith(kLineComment)) {
-            if (!ReadLine(file, 1)) return EndOfFileToken();
+            if (!ReadLine(file, 1)) break;
             continue;
         }
         if (first == ';') {
             m_nTokenType = TOKEN_END_OF_STATEMENT;
-            return CutTokenAt(1);
+            CutTokenAt(1, token);
+            return;
         }
         if (!LineIsEmpty()) {
             // A word runs to the first separator; a separator first is a token
@@ -430,10 +436,14 @@ CString CParseS2T::GetToken(CFile* file) {
             int32_t length = m_strLine.GetLength();
             int32_t end = m_nLinePos;
             while (end < length && !kSeparators.is[static_cast<unsigned char>(text[end])]) ++end;
-            return CutTokenAt(end == m_nLinePos ? 1 : end - m_nLinePos);
+            CutTokenAt(end == m_nLinePos ? 1 : end - m_nLinePos, token);
+            return;
         }
-        if (!ReadLine(file, 0)) return EndOfFileToken();
+        if (!ReadLine(file, 0)) break;
     }
+    // The end of the file.
+    m_nTokenType = TOKEN_EOF;
+    token.Empty();
 }
 
 // ---- look-ahead

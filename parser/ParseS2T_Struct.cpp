@@ -90,13 +90,17 @@ int32_t StatementEnd(char const* text, int32_t length) {
 }  // namespace
 
 CString CParseS2T::GetBodyToken(CFile* file) {
-    // One named token returned on every path, so that it is built in place.
-    CString token = GetToken(file);
+    CString token;
+    ReadBodyToken(file, token);
+    return token;
+}
+
+void CParseS2T::ReadBodyToken(CFile* file, CString& token) {
+    ReadToken(file, token);
     while (m_nTokenType == TOKEN_DEFINE || (m_nTokenType == TOKEN_ORDINARY && token.IsEmpty())) {
         if (m_nTokenType == TOKEN_DEFINE) ParseDefineStatement(file);
-        token = GetToken(file);
+        ReadToken(file, token);
     }
-    return token;
 }
 
 CStruct* CParseS2T::DoStruct(CFile* file, bool typedefForm) { return ParseStruct(file, typedefForm, false); }
@@ -132,7 +136,7 @@ bool CParseS2T::ReadStructHead(CFile* file, CString& tag) {
     CString token = GetBodyToken(file);
     if (token != "{" && m_nTokenType == TOKEN_ORDINARY) {
         tag = token;
-        token = GetBodyToken(file);
+        ReadBodyToken(file, token);
     }
     if (token == "{" && m_nTokenType == TOKEN_ORDINARY) return true;
     // No body: a declaration that only uses the structure type, read to its end.
@@ -171,7 +175,7 @@ bool CParseS2T::StatementInterrupted(SStructBody& body, CString const& token) {
 
 void CParseS2T::ReadFieldStatement(CFile* file, SStructBody& body, CString& token) {
     while (IsFieldQualifier(token)) {
-        token = GetBodyToken(file);
+        ReadBodyToken(file, token);
         if (StatementInterrupted(body, token)) return;
     }
     SFieldType type;
@@ -184,7 +188,7 @@ void CParseS2T::ReadFieldStatement(CFile* file, SStructBody& body, CString& toke
         ClassifyTypeWord(file, token, type, pending);
     }
     if (type.consumed) return;
-    if (pending.IsEmpty() && m_nTokenType != TOKEN_EOF) pending = GetBodyToken(file);
+    if (pending.IsEmpty() && m_nTokenType != TOKEN_EOF) ReadBodyToken(file, pending);
     ReadDeclarators(file, body, type, pending);
 }
 
@@ -274,7 +278,7 @@ void CParseS2T::ReadDeclarators(CFile* file, SStructBody& body, SFieldType const
             CreateField(body, type, declarator);
         }
         if (StatementInterrupted(body, token)) return;
-        token = GetBodyToken(file);  // past the ","
+        ReadBodyToken(file, token);  // past the ","
     }
 }
 
@@ -311,7 +315,7 @@ void CParseS2T::ReadDeclarator(CFile* file, SStructBody& body, SFieldType const&
             declarator.wordSeen = true;
         }
         declarator.lastClosesParen = mark == ')';
-        token = GetBodyToken(file);
+        ReadBodyToken(file, token);
     }
 }
 
@@ -367,7 +371,7 @@ void CParseS2T::ReadArrayDimension(CFile* file, SDeclarator& declarator, CString
 int32_t CParseS2T::ReadPointerArraySize(CFile* file, CString& token) {
     int32_t count = 1;
     for (;;) {
-        token = GetBodyToken(file);
+        ReadBodyToken(file, token);
         if (m_nTokenType != TOKEN_ORDINARY || token == "}") return count;
         if (token == "]") break;
         if (Atoi32(token) != 0 || token == "0") {
@@ -380,17 +384,17 @@ int32_t CParseS2T::ReadPointerArraySize(CFile* file, CString& token) {
             count = ParseBrackets(file);
         }
     }
-    token = GetBodyToken(file);
+    ReadBodyToken(file, token);
     return count;
 }
 
 // token is ":"; on return it holds the token after the width.
 void CParseS2T::ReadBitWidth(CFile* file, SStructBody& body, SDeclarator& declarator, CString& token) {
     int32_t width = 0;
-    token = GetBodyToken(file);
+    ReadBodyToken(file, token);
     if (m_nTokenType == TOKEN_ORDINARY && token != "}" && token != ",") {
         width = Atoi32(token);
-        token = GetBodyToken(file);
+        ReadBodyToken(file, token);
     }
     if (declarator.field && !declarator.done) AddBitField(body.parsed, declarator.field, width, body.holderCounter);
     declarator.field = nullptr;
@@ -402,7 +406,7 @@ void CParseS2T::FinishStruct(CFile* file, CStruct* parsed, bool typedefForm, CSt
     CString token = GetBodyToken(file);
     while (token == "*" && m_nTokenType == TOKEN_ORDINARY) {
         tag += " *";
-        token = GetBodyToken(file);
+        ReadBodyToken(file, token);
     }
     bool named = m_nTokenType == TOKEN_ORDINARY;
     CString name = named ? token : tag;
@@ -425,11 +429,11 @@ void CParseS2T::ReadFurtherStructNames(CFile* file, CStruct* parsed) {
     CString token = GetBodyToken(file);
     while (token == "," && m_nTokenType == TOKEN_ORDINARY) {
         CString further = GetBodyToken(file);
-        while (further == "*" && m_nTokenType == TOKEN_ORDINARY) further = GetBodyToken(file);
+        while (further == "*" && m_nTokenType == TOKEN_ORDINARY) ReadBodyToken(file, further);
         if (m_nTokenType != TOKEN_ORDINARY) return;
         // Further names stand in reverse order of the source.
         parsed->m_lstNames.AddHead(further);
-        token = GetBodyToken(file);
+        ReadBodyToken(file, token);
     }
 }
 

@@ -79,7 +79,7 @@ bool CParseS2T::ReadMemberStatement(CFile* file, CUnion* parsed, CString token) 
     ClassifyMember(file, token, type, pending);
     if (m_nTokenType == TOKEN_EOF) return false;
     if (type.consumed) return true;
-    if (pending.IsEmpty()) pending = GetBodyToken(file);
+    if (pending.IsEmpty()) ReadBodyToken(file, pending);
     return ReadMemberDeclarators(file, parsed, type, pending);
 }
 
@@ -99,11 +99,11 @@ void CParseS2T::ClassifyMember(CFile* file, CString const& token, SMemberType& t
     } else if (token == kUnsigned || token == kSigned) {
         // One keyword joins the word: "unsigned long int x" is an
         // "unsigned long" named x.
-        pending = GetBodyToken(file);
+        ReadBodyToken(file, pending);
         if (m_nTokenType == TOKEN_ORDINARY && IsReservedKeyword(pending)) {
             type.type += ' ';
             type.type += pending;
-            pending = GetBodyToken(file);
+            ReadBodyToken(file, pending);
         }
     }
     type.pointedKind = PointedKindOf(token);
@@ -159,7 +159,7 @@ bool CParseS2T::ReadMemberDeclarators(CFile* file, CUnion* parsed, SMemberType c
         else delete member;
         if (m_nTokenType == TOKEN_EOF || token == "}") return false;
         if (m_nTokenType == TOKEN_END_OF_STATEMENT) return true;
-        token = GetBodyToken(file);  // past the ","
+        ReadBodyToken(file, token);  // past the ","
     }
 }
 
@@ -178,8 +178,8 @@ bool CParseS2T::ReadMemberDeclarator(CFile* file, SMemberType const& type, CUnio
         }
         if (token == ":") {
             // The bit width is not kept for union members; "a:4" is one word.
-            token = GetBodyToken(file);
-            if (m_nTokenType == TOKEN_ORDINARY && token != "}" && token != ",") token = GetBodyToken(file);
+            ReadBodyToken(file, token);
+            if (m_nTokenType == TOKEN_ORDINARY && token != "}" && token != ",") ReadBodyToken(file, token);
             continue;
         }
         if (token == "*") pointer = true;
@@ -189,7 +189,7 @@ bool CParseS2T::ReadMemberDeclarator(CFile* file, SMemberType const& type, CUnio
             member->m_strName = token;
             wordSeen = true;
         }
-        token = GetBodyToken(file);
+        ReadBodyToken(file, token);
     }
     if (pointer) {
         // Pointers are 16 bits wide on the target.
@@ -206,14 +206,14 @@ bool CParseS2T::ReadMemberDeclarator(CFile* file, SMemberType const& type, CUnio
 // declarator counts ("a[2][5]" holds 2). The rest up to "]" is passed over;
 // on return token holds the token after it (or the ";" "}" that cut it).
 void CParseS2T::ReadMemberArraySize(CFile* file, CUnionVar* member, bool first, CString& token) {
-    token = GetBodyToken(file);
-    while (m_nTokenType == TOKEN_ORDINARY && (token == "(" || token == ")")) token = GetBodyToken(file);
+    ReadBodyToken(file, token);
+    while (m_nTokenType == TOKEN_ORDINARY && (token == "(" || token == ")")) ReadBodyToken(file, token);
     if (m_nTokenType == TOKEN_ORDINARY && token != "]" && token != "}") {
         int32_t value = Atoi32(token) != 0 || token == "0" ? Atoi32(token) : FindEnumVal(token);
         if (first && value != kNoValue) member->m_nArraySize = value;
-        while (m_nTokenType == TOKEN_ORDINARY && token != "]" && token != "}") token = GetBodyToken(file);
+        while (m_nTokenType == TOKEN_ORDINARY && token != "]" && token != "}") ReadBodyToken(file, token);
     }
-    if (m_nTokenType == TOKEN_ORDINARY && token == "]") token = GetBodyToken(file);
+    if (m_nTokenType == TOKEN_ORDINARY && token == "]") ReadBodyToken(file, token);
 }
 
 // The token after "}" names the union unless it is ";": a "*" ("} *PU;")
@@ -230,13 +230,13 @@ void CParseS2T::ReadFurtherUnionNames(CFile* file, CUnion* parsed) {
     CString token = GetBodyToken(file);
     while (token == "," && m_nTokenType == TOKEN_ORDINARY) {
         CString further = GetBodyToken(file);
-        while (further == "*" && m_nTokenType == TOKEN_ORDINARY) further = GetBodyToken(file);
+        while (further == "*" && m_nTokenType == TOKEN_ORDINARY) ReadBodyToken(file, further);
         if (m_nTokenType != TOKEN_ORDINARY) return;
         CUnion* copy = new CUnion;
         copy->m_strName = further;
         copy->CopyVars(parsed->m_lstVars);
         AppendUnion(copy);
-        token = GetBodyToken(file);
+        ReadBodyToken(file, token);
     }
 }
 
