@@ -186,7 +186,9 @@ int CParseS2T::ReadLine(CFile* file, int raw) {
     if (!file || !file->ReadLineView(text, length)) return 0;
     // Trimmed as TrimRight and then TrimLeft would, before the one copy.
     while (length > 0 && static_cast<signed char>(text[length - 1]) <= 32) --length;
+    // Indentation is mostly spaces by fours.
     int32_t blanks = 0;
+    while (blanks + 4 <= length && std::memcmp(text + blanks, "    ", 4) == 0) blanks += 4;
     while (blanks < length && IsLeftBlank(text[blanks])) ++blanks;
     m_strLine.AssignBytes(text + blanks, length - blanks);
     m_nLinePos = 0;
