@@ -145,8 +145,9 @@ bool CParseS2T::ReadStructHead(CFile* file, CString& tag) {
 }
 
 void CParseS2T::ReadStructBody(CFile* file, SStructBody& body) {
+    CString token;
     while (!body.ended) {
-        CString token = GetBodyToken(file);
+        ReadBodyToken(file, token);
         if (m_nTokenType == TOKEN_EOF) {
             body.ended = body.endOfFile = true;
         } else if (token == "}") {
@@ -358,7 +359,8 @@ void CParseS2T::ReadArrayDimension(CFile* file, SDeclarator& declarator, CString
         size = ReadPointerArraySize(file, token);
     } else {
         size = ParseBracketsUntil(file, "]");
-        token = m_nTokenType == TOKEN_EOF ? CString() : GetBodyToken(file);
+        if (m_nTokenType == TOKEN_EOF) token.Empty();
+        else ReadBodyToken(file, token);
     }
     if (!declarator.field) return;
     if (declarator.dims++ == 0) declarator.field->m_nArraySize = size;
@@ -443,8 +445,9 @@ void CParseS2T::SkipRestOfLine(CFile* file) { ReadLine(file, 0); }
 
 void CParseS2T::SkipBody(CFile* file) {
     int32_t depth = 1;
+    CString token;
     while (depth > 0) {
-        CString token = GetBodyToken(file);
+        ReadBodyToken(file, token);
         if (m_nTokenType == TOKEN_EOF) return;
         if (token == "{") ++depth;
         else if (token == "}") --depth;

@@ -55,8 +55,9 @@ CUnion* CParseS2T::DoUnion(CFile* file, int nested, bool typedefForm) {
 }
 
 bool CParseS2T::ReadUnionHead(CFile* file, bool typedefForm, CString& tag) {
+    CString token;
     for (;;) {
-        CString token = GetBodyToken(file);
+        ReadBodyToken(file, token);
         if (m_nTokenType != TOKEN_ORDINARY) return false;
         if (token == "{") return true;
         if (!typedefForm) tag = token;
@@ -64,8 +65,9 @@ bool CParseS2T::ReadUnionHead(CFile* file, bool typedefForm, CString& tag) {
 }
 
 void CParseS2T::ReadUnionBody(CFile* file, CUnion* parsed) {
+    CString token;
     for (;;) {
-        CString token = GetBodyToken(file);
+        ReadBodyToken(file, token);
         if (m_nTokenType == TOKEN_EOF || token == "}") return;
         if (m_nTokenType == TOKEN_END_OF_STATEMENT) continue;
         if (!ReadMemberStatement(file, parsed, token)) return;
