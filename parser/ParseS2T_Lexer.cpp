@@ -190,7 +190,30 @@ int CParseS2T::ReadLine(CFile* file, int raw) {
     int32_t blanks = 0;
     while (blanks + 4 <= length && std::memcmp(text + blanks, "    ", 4) == 0) blanks += 4;
     while (blanks < length && IsLeftBlank(text[blanks])) ++blanks;
-    m_strLine.AssignBytes(text + blanks, length - blanks);
+    char const* trimmed = text + blanks;
+    int32_t kept = length - blanks;
+    // The usual lines are cleaned of comments before the copy, as DeleteRemark
+    // would clean them: one without a "/", and one whose only two slashes open
+    // a comment and close it at the end of the line. Any other goes through
+    // DeleteRemark below.
+    bool cleaned = false;
+    if (raw == 0 && !m_bExportedOnly) {
+        char const* slash = static_cast<char const*>(std::memchr(trimmed, '/', static_cast<size_t>(kept)));
+        if (!slash) {
+            if (m_bInComment) kept = 0;
+            cleaned = true;
+        } else {
+            int32_t open = static_cast<int32_t>(slash - trimmed);
+            int32_t last = kept - 1;
+            if (last >= open + 2 && trimmed[open + 1] == '*' && trimmed[last] == '/' && trimmed[last - 1] == '*' &&
+                !std::memchr(trimmed + open + 1, '/', static_cast<size_t>(last - open - 1))) {
+                kept = open;
+                m_bInComment = false;
+                cleaned = true;
+            }
+        }
+    }
+    m_strLine.AssignBytes(trimmed, kept);
     m_nLinePos = 0;
     LineChanged();
     m_nLineNo = static_cast<int32_t>(static_cast<uint32_t>(m_nLineNo) + 1u);
@@ -204,7 +227,7 @@ int CParseS2T::ReadLine(CFile* file, int raw) {
         m_bExportedEnum = TextStartsWith(m_strLine, kExportedEnumMarker);
     }
     if (raw != 0) return 1;
-    DeleteRemark(m_strLine);
+    if (!cleaned) DeleteRemark(m_strLine);
     if (m_strLine.IsEmpty() || m_strLine.GetAt(0) != '#') return 1;
     m_strLine.Remove('#');
     TrimBlanksAndTabsLeft(m_strLine);
