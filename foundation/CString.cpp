@@ -138,13 +138,6 @@ CString CString::Mid(int32_t start, int32_t n) const {
     return CString(m_pch + start, n);
 }
 
-int32_t CString::Find(char c, int32_t start) const {
-    if (start < 0) start = 0;
-    if (start >= m_nLength) return -1;
-    void const* hit = std::memchr(m_pch + start, c, static_cast<size_t>(m_nLength - start));
-    return hit ? static_cast<int32_t>(static_cast<char const*>(hit) - m_pch) : -1;
-}
-
 // First position p >= start, p <= length - n, where the n bytes of s occur; else -1.
 int32_t CString::FindBytes(char const* s, int32_t n, int32_t start) const {
     if (start < 0) start = 0;

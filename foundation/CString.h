@@ -246,6 +246,13 @@ inline bool CString::IsEqual(char const* s) const {
     return s[m_nLength] == '\0';
 }
 
+inline int32_t CString::Find(char c, int32_t start) const {
+    if (start < 0) start = 0;
+    if (start >= m_nLength) return -1;
+    void const* hit = std::memchr(m_pch + start, c, static_cast<size_t>(m_nLength - start));
+    return hit ? static_cast<int32_t>(static_cast<char const*>(hit) - m_pch) : -1;
+}
+
 CString operator+(CString const& a, CString const& b);
 CString operator+(CString const& a, char b);
 CString operator+(CString const& a, char const* b);

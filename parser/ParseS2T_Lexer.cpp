@@ -521,7 +521,11 @@ int32_t CParseS2T::RestFind(char c) {
     // A search from an earlier start answers while its find lies in the rest.
     if (search.from <= from && (search.at < 0 || search.at >= from)) return search.at;
     search.from = from;
-    search.at = m_strLine.Find(c, from);
+    // CString::Find, in place: from lies from 0 to the line's length.
+    int32_t length = m_strLine.GetLength();
+    char const* text = m_strLine.GetData();
+    void const* hit = from < length ? std::memchr(text + from, c, static_cast<size_t>(length - from)) : nullptr;
+    search.at = hit ? static_cast<int32_t>(static_cast<char const*>(hit) - text) : -1;
     return search.at;
 }
 
