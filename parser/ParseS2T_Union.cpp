@@ -13,6 +13,9 @@
 // and the first number in "[...]" sets the count.
 #include "ParseS2T.h"
 
+#include <cctype>
+#include <cstring>
+
 #include "NumberText.h"
 #include "ParserTexts.h"
 
@@ -258,8 +261,33 @@ void CParseS2T::DeleteUnion(CUnion* parsed) {
     if (m_UnionIndex.Unlink(m_UnionList, parsed)) delete parsed;
 }
 
+namespace {
+
+// std::toupper of every byte, asked once.
+struct SUpperCase {
+    char of[256];
+    SUpperCase() {
+        for (int32_t c = 0; c < 256; ++c) of[c] = static_cast<char>(std::toupper(c));
+    }
+};
+
+// UpperCaseKey(name) without a call per character: the text up to its first
+// NUL (which ends the key there), each character put through toupper.
+CString UpperCaseName(CString const& name) {
+    static SUpperCase const upper;
+    char const* text = name.GetData();
+    void const* nul = std::memchr(text, '\0', static_cast<size_t>(name.GetLength()));
+    int32_t length = nul ? static_cast<int32_t>(static_cast<char const*>(nul) - text) : name.GetLength();
+    CString key(text, length);
+    char* out = key.GetData();
+    for (int32_t i = 0; i < length; ++i) out[i] = upper.of[static_cast<unsigned char>(out[i])];
+    return key;
+}
+
+}  // namespace
+
 CUnion* CParseS2T::FindUnionByName(CString const& name) {
-    return m_UnionIndex.First(m_UnionList, CUnionKeys::kNameNoCase, UpperCaseKey(name));
+    return m_UnionIndex.First(m_UnionList, CUnionKeys::kNameNoCase, UpperCaseName(name));
 }
 
 int CParseS2T::RemoveUnionByName(CString const& name) { return RemoveUnionByNameExcept(name, nullptr); }
