@@ -460,7 +460,20 @@ void CParseS2T::ReadToken(CFile* file, CString& token) {
             char const* text = m_strLine.GetData();
             int32_t length = m_strLine.GetLength();
             int32_t end = m_nLinePos;
-            while (end < length && !kSeparators.is[static_cast<unsigned char>(text[end])]) ++end;
+            // Two characters to a bound test.
+            bool const* separates = kSeparators.is;
+            for (;;) {
+                if (end + 2 > length) {
+                    if (end < length && !separates[static_cast<unsigned char>(text[end])]) ++end;
+                    break;
+                }
+                if (separates[static_cast<unsigned char>(text[end])]) break;
+                if (separates[static_cast<unsigned char>(text[end + 1])]) {
+                    ++end;
+                    break;
+                }
+                end += 2;
+            }
             CutTokenAt(end == m_nLinePos ? 1 : end - m_nLinePos, token);
             return;
         }
