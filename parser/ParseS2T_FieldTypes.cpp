@@ -153,11 +153,13 @@ bool CParseS2T::IsReservedKeyword(CString const& word) {
 bool CParseS2T::IsPrimitiveTypeName(CString const& type) { return kPrimitiveNames.KindOf(type) >= 0; }
 
 CString CParseS2T::ResolveTypeAlias(CString const& start) {
-    // Most texts are answered at once: an alias met before, or no alias.
+    // Most texts are answered at once: no alias, or an alias met before. Every
+    // text with a kept answer is an alias (the map of aliases only grows), so
+    // a text that is none needs no second look-up.
     if (!HoldsVolatile(start)) {
+        if (!m_TypedefMap.Find(start)) return start;
         auto known = m_ResolvedAliases.find(start);
         if (known != m_ResolvedAliases.end()) return known->second;
-        if (!m_TypedefMap.Find(start)) return start;
     }
     CString text = start;
     // A chain of aliases that comes back to a text already seen stops there,
