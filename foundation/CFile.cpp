@@ -158,6 +158,22 @@ inline bool CFile::BlockHoldsNul(size_t from, size_t to) {
 }
 
 int CFile::ReadLineView(char const*& text, int32_t& length) {
+    // The usual line lies whole in the block already read.
+    if (m_bBlockReading) {
+        size_t start = m_nBlockStart;
+        void const* feed = std::memchr(m_pBlock + start, '\n', m_nBlockEnd - start);
+        if (feed) {
+            size_t end = static_cast<size_t>(static_cast<char const*>(feed) - m_pBlock) + 1;
+            bool holdsNul = BlockHoldsNul(start, end);
+            m_nBlockStart = end;
+            return TakeLine(m_pBlock + start, end - start, holdsNul, text, length);
+        }
+    }
+    return ReadLineViewFilling(text, length);
+}
+
+// ReadLineView for a line that needs more of the stream than the block holds.
+int CFile::ReadLineViewFilling(char const*& text, int32_t& length) {
     if (!m_pStream) return 0;
     if (!m_bBlockReading && !StartBlockReading()) {
         ssize_t got = getline(&m_pLine, &m_nLineCapacity, m_pStream);
@@ -187,7 +203,6 @@ int CFile::ReadLineView(char const*& text, int32_t& length) {
     m_nBlockStart = end;
     return TakeLine(data, lineLength, holdsNul, text, length);
 }
-
 
 int CFile::ReadString(CString& line) {
     line.Empty();

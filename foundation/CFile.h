@@ -85,6 +85,7 @@ private:
     int TakeLine(char const* data, size_t length, bool holdsNul, char const*& text, int32_t& textLength);
     int TakePieces(char const* data, size_t length, bool hadFeed, char const*& text, int32_t& textLength);
     bool BlockHoldsNul(size_t from, size_t to);
+    int ReadLineViewFilling(char const*& text, int32_t& length);
 
     FILE* m_pStream = nullptr;
     char m_szPath[513] = {};
