@@ -510,7 +510,12 @@ CParseS2T::SStatementAhead CParseS2T::LookAheadStatement(CFile* file) {
     return ahead;
 }
 
-bool CParseS2T::IsPointer(CFile* file) { return LookAheadStatement(file).pointer; }
+bool CParseS2T::IsPointer(CFile* file) {
+    // A ";" in the rest of the line ends the look-ahead there, whatever the
+    // "{" would tell, which only the other tests ask for.
+    if (RestFind(';') >= 0) return RestMakesPointer();
+    return LookAheadStatement(file).pointer;
+}
 
 bool CParseS2T::IsStructDeclaration(CFile* file) { return LookAheadStatement(file).braceOnLine; }
 
