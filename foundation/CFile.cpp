@@ -178,8 +178,8 @@ int CFile::ReadLineViewFilling(char const*& text, int32_t& length) {
     if (!m_bBlockReading && !StartBlockReading()) {
         ssize_t got = getline(&m_pLine, &m_nLineCapacity, m_pStream);
         if (got <= 0) return 0;
-        return TakeLine(m_pLine, static_cast<size_t>(got), std::memchr(m_pLine, '\0', static_cast<size_t>(got)) != nullptr,
-                        text, length);
+        bool holdsNul = std::memchr(m_pLine, '\0', static_cast<size_t>(got)) != nullptr;
+        return TakeLine(m_pLine, static_cast<size_t>(got), holdsNul, text, length);
     }
     size_t searched = m_nBlockStart;
     size_t end = 0;

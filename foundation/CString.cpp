@@ -311,7 +311,8 @@ int32_t CString::Remove(char c) {
     int32_t write = static_cast<int32_t>(hit - m_pch);
     int32_t read = write + 1;
     while (read < m_nLength) {
-        char const* next = static_cast<char const*>(std::memchr(m_pch + read, c, static_cast<size_t>(m_nLength - read)));
+        size_t rest = static_cast<size_t>(m_nLength - read);
+        char const* next = static_cast<char const*>(std::memchr(m_pch + read, c, rest));
         int32_t stop = next ? static_cast<int32_t>(next - m_pch) : m_nLength;
         std::memmove(m_pch + write, m_pch + read, static_cast<size_t>(stop - read));
         write += stop - read;

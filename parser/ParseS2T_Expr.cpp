@@ -134,17 +134,17 @@ int32_t CParseS2T::Operation(CString const& op, int32_t acc, int32_t value) {
     // Every operator is one character long but the shifts.
     if (op.GetLength() == 1) {
         switch (op.GetAt(0)) {
-        case '+': return Wrap(a + v);
-        case '/':
-            if (value == 0) break;
-            if (acc == INT32_MIN && value == -1) return INT32_MIN;  // wraps on the target
-            return acc / value;
-        case '-': return Wrap(a - v);
-        case '*': return Wrap(a * v);
-        case '|': return Wrap(a | v);
-        case '&': return Wrap(a & v);
-        case '^': return Wrap(a ^ v);
-        default: break;
+            case '+': return Wrap(a + v);
+            case '/':
+                if (value == 0) break;
+                if (acc == INT32_MIN && value == -1) return INT32_MIN;  // wraps on the target
+                return acc / value;
+            case '-': return Wrap(a - v);
+            case '*': return Wrap(a * v);
+            case '|': return Wrap(a | v);
+            case '&': return Wrap(a & v);
+            case '^': return Wrap(a ^ v);
+            default: break;
         }
     } else if (op.GetLength() == 2 && op.GetAt(0) == op.GetAt(1)) {
         if (op.GetAt(0) == '<') return Wrap(a << (v & 31u));
