@@ -115,10 +115,16 @@ bool HoldsVolatile(CString const& text) {
 }
 
 // The name kBitFieldHolderName formats for the tag and number, built without
-// a printf: the tag up to its first NUL, "_bitfield_", the number in decimal.
+// a printf: the tag up to its first NUL, the text between "%s" and "%d", the
+// number in decimal.
+constexpr int32_t kHolderNameMiddle = static_cast<int32_t>(sizeof kBitFieldHolderName) - 5;
+static_assert(kBitFieldHolderName[0] == '%' && kBitFieldHolderName[1] == 's' &&
+                  kBitFieldHolderName[kHolderNameMiddle + 2] == '%' && kBitFieldHolderName[kHolderNameMiddle + 3] == 'd',
+              "the holder name is a tag, a fixed text and a number");
+
 CString BitFieldHolderName(CString const& tag, int32_t number) {
     CString name(tag.GetData());
-    name += "_bitfield_";
+    name += CString(kBitFieldHolderName + 2, kHolderNameMiddle);
     char digits[12];
     int32_t at = sizeof digits;
     uint32_t value = number < 0 ? 0u - static_cast<uint32_t>(number) : static_cast<uint32_t>(number);
