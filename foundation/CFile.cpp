@@ -75,6 +75,7 @@ bool CFile::StartBlockReading() {
     }
     m_nBlockOffset = here;
     m_nBlockStart = m_nBlockEnd = 0;
+    m_nNulEnd = 0;
     m_bBlockReading = true;
     return true;
 }
@@ -83,6 +84,7 @@ bool CFile::StartBlockReading() {
 // unread part to the front (and growing the block when that part fills it).
 // False when nothing more could be read.
 bool CFile::FillBlock() {
+    m_nNulEnd = 0;  // the bytes move
     if (m_nBlockStart > 0) {
         size_t unread = m_nBlockEnd - m_nBlockStart;
         std::memmove(m_pBlock, m_pBlock + m_nBlockStart, unread);
@@ -107,45 +109,77 @@ void CFile::EndBlockReading() {
     std::fseek(m_pStream, static_cast<long>(m_nBlockOffset + static_cast<int64_t>(m_nBlockStart)), SEEK_SET);
 }
 
-// One line of length bytes (its line feed included when it has one) into line.
-// data[length] may be written over for a moment: the block and the getline
-// buffer both keep a byte to spare behind the text.
-int CFile::TakeLine(char* data, size_t length, CString& line) {
+// One line of length bytes (its line feed included when it has one), cut to
+// the text a reader gets.
+inline int CFile::TakeLine(char const* data, size_t length, bool holdsNul, char const*& text, int32_t& textLength) {
     bool hadFeed = data[length - 1] == '\n';
-    size_t text = hadFeed ? length - 1 : length;
-    while (text > 0 && data[text - 1] == '\r') --text;
-    char kept = data[text];
-    data[text] = '\0';
-    line = static_cast<char const*>(data);
-    data[text] = kept;
-    // The usual line, without NUL bytes, is taken in one piece by that; the
-    // carriage returns and the feed cut off hold none.
-    if (static_cast<size_t>(line.GetLength()) == text) return hadFeed || text > 0 ? 1 : 0;
+    size_t kept = hadFeed ? length - 1 : length;
+    while (kept > 0 && data[kept - 1] == '\r') --kept;
+    // The usual line, without NUL bytes, is the text itself; the carriage
+    // returns and the feed cut off hold none.
+    if (kept > static_cast<size_t>(INT32_MAX) || holdsNul) return TakePieces(data, length, hadFeed, text, textLength);
+    if (!hadFeed && kept == 0) return 0;
+    text = data;
+    textLength = static_cast<int32_t>(kept);
+    return 1;
+}
+
+// The line arrives in pieces of at most 998 characters, and each piece is
+// taken as a C string: a NUL byte hides the rest of its piece.
+int CFile::TakePieces(char const* data, size_t length, bool hadFeed, char const*& text, int32_t& textLength) {
+    CString& line = m_strPieces;
     line.Empty();
-    // The line arrives in pieces of at most 998 characters, and each piece is
-    // taken as a C string: a NUL byte hides the rest of its piece.
     constexpr size_t kPiece = 998;
     for (size_t at = 0; at < length; at += kPiece) {
         size_t piece = length - at < kPiece ? length - at : kPiece;
-        size_t text = strnlen(data + at, piece);
-        line += CString(data + at, static_cast<int32_t>(text));
+        size_t bytes = strnlen(data + at, piece);
+        line += CString(data + at, static_cast<int32_t>(bytes));
     }
     if (hadFeed && line.GetLength() > 0 && line.GetAt(line.GetLength() - 1) == '\n') {
         line = line.Left(line.GetLength() - 1);
     }
     line.TrimRight('\r');
     if (!hadFeed && line.GetLength() == 0) return 0;
+    text = line.GetData();
+    textLength = line.GetLength();
     return 1;
 }
 
-int CFile::ReadString(CString& line) {
-    line.Empty();
+// Whether the block's bytes from from to to hold a NUL. The first NUL from a
+// place on is searched for once, not line by line.
+inline bool CFile::BlockHoldsNul(size_t from, size_t to) {
+    if (from < m_nNulFrom || to > m_nNulEnd || m_nNulAt < from) {
+        void const* nul = std::memchr(m_pBlock + from, '\0', m_nBlockEnd - from);
+        m_nNulFrom = from;
+        m_nNulEnd = m_nBlockEnd;
+        m_nNulAt = nul ? static_cast<size_t>(static_cast<char const*>(nul) - m_pBlock) : m_nBlockEnd;
+    }
+    return m_nNulAt < to;
+}
+
+int CFile::ReadLineView(char const*& text, int32_t& length) {
+    // The usual line lies whole in the block already read.
+    if (m_bBlockReading) {
+        size_t start = m_nBlockStart;
+        void const* feed = std::memchr(m_pBlock + start, '\n', m_nBlockEnd - start);
+        if (feed) {
+            size_t end = static_cast<size_t>(static_cast<char const*>(feed) - m_pBlock) + 1;
+            bool holdsNul = BlockHoldsNul(start, end);
+            m_nBlockStart = end;
+            return TakeLine(m_pBlock + start, end - start, holdsNul, text, length);
+        }
+    }
+    return ReadLineViewFilling(text, length);
+}
+
+// ReadLineView for a line that needs more of the stream than the block holds.
+int CFile::ReadLineViewFilling(char const*& text, int32_t& length) {
     if (!m_pStream) return 0;
     if (!m_bBlockReading && !StartBlockReading()) {
         ssize_t got = getline(&m_pLine, &m_nLineCapacity, m_pStream);
         if (got <= 0) return 0;
-        // getline leaves its terminator behind the line.
-        return TakeLine(m_pLine, static_cast<size_t>(got), line);
+        bool holdsNul = std::memchr(m_pLine, '\0', static_cast<size_t>(got)) != nullptr;
+        return TakeLine(m_pLine, static_cast<size_t>(got), holdsNul, text, length);
     }
     size_t searched = m_nBlockStart;
     size_t end = 0;
@@ -162,11 +196,21 @@ int CFile::ReadString(CString& line) {
         }
         searched = m_nBlockStart + unread;
     }
-    size_t length = end - m_nBlockStart;
-    if (length == 0) return 0;
-    char* data = m_pBlock + m_nBlockStart;
+    size_t lineLength = end - m_nBlockStart;
+    if (lineLength == 0) return 0;
+    char const* data = m_pBlock + m_nBlockStart;
+    bool holdsNul = BlockHoldsNul(m_nBlockStart, end);
     m_nBlockStart = end;
-    return TakeLine(data, length, line);
+    return TakeLine(data, lineLength, holdsNul, text, length);
+}
+
+int CFile::ReadString(CString& line) {
+    line.Empty();
+    char const* text = nullptr;
+    int32_t length = 0;
+    if (!ReadLineView(text, length)) return 0;
+    line.AssignBytes(text, length);
+    return 1;
 }
 
 void CFile::WriteBytes(char const* data, int32_t length) {

@@ -49,6 +49,10 @@ public:
     // first NUL), without its line feed and trailing carriage returns. 1 for a
     // line, 0 at the end of the stream with nothing read.
     int ReadString(CString& line);
+    // The same line without a copy: text points at length bytes that stay
+    // valid until the next read, seek or close of the file. Nothing is set at
+    // the end of the stream.
+    int ReadLineView(char const*& text, int32_t& length);
 
     void WriteString(char const* text);
     void WriteString(char* text);  // null or empty writes nothing
@@ -78,12 +82,16 @@ private:
     bool StartBlockReading();
     bool FillBlock();
     void EndBlockReading();
-    int TakeLine(char* data, size_t length, CString& line);
+    int TakeLine(char const* data, size_t length, bool holdsNul, char const*& text, int32_t& textLength);
+    int TakePieces(char const* data, size_t length, bool hadFeed, char const*& text, int32_t& textLength);
+    bool BlockHoldsNul(size_t from, size_t to);
+    int ReadLineViewFilling(char const*& text, int32_t& length);
 
     FILE* m_pStream = nullptr;
     char m_szPath[513] = {};
     char* m_pLine = nullptr;  // getline buffer, reused across reads
     CString m_strMemory;      // the text behind OpenText
+    CString m_strPieces;      // a line that held NUL bytes, as it is read
     size_t m_nLineCapacity = 0;
     char* m_pBlock = nullptr;  // one byte more than m_nBlockCapacity, for a terminator
     size_t m_nBlockCapacity = 0;
@@ -91,4 +99,9 @@ private:
     size_t m_nBlockEnd = 0;    // bytes read into the block
     int64_t m_nBlockOffset = 0;  // file position of the block's first byte
     bool m_bBlockReading = false;
+    // The block from m_nNulFrom to m_nNulEnd was searched for a NUL byte and
+    // holds its first one at m_nNulAt (m_nNulEnd when it holds none).
+    size_t m_nNulFrom = 0;
+    size_t m_nNulEnd = 0;
+    size_t m_nNulAt = 0;
 };

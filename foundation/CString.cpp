@@ -68,6 +68,10 @@ CString& CString::operator+=(char c) {
     return *this;
 }
 
+__attribute__((noinline)) void CString::MoveBytes(char* to, char const* from, int32_t n) {
+    std::memmove(to, from, static_cast<size_t>(n));
+}
+
 void CString::Reserve(int32_t n) {
     if (m_nCapacity >= n + 1) return;
     // Grow by at least half again, so that appending one character at a time
@@ -132,13 +136,6 @@ CString CString::Mid(int32_t start, int32_t n) const {
     if (n > m_nLength - start) n = m_nLength - start;
     if (n <= 0) return CString();
     return CString(m_pch + start, n);
-}
-
-int32_t CString::Find(char c, int32_t start) const {
-    if (start < 0) start = 0;
-    if (start >= m_nLength) return -1;
-    void const* hit = std::memchr(m_pch + start, c, static_cast<size_t>(m_nLength - start));
-    return hit ? static_cast<int32_t>(static_cast<char const*>(hit) - m_pch) : -1;
 }
 
 // First position p >= start, p <= length - n, where the n bytes of s occur; else -1.
@@ -308,12 +305,20 @@ int32_t CString::Replace(char const* oldText, char const* newText) {
 }
 
 int32_t CString::Remove(char c) {
-    int32_t write = 0;
-    for (int32_t read = 0; read < m_nLength; ++read) {
-        if (m_pch[read] != c) m_pch[write++] = m_pch[read];
+    // The text between two of them moves in one piece.
+    char const* hit = static_cast<char const*>(std::memchr(m_pch, c, static_cast<size_t>(m_nLength)));
+    if (!hit) return 0;
+    int32_t write = static_cast<int32_t>(hit - m_pch);
+    int32_t read = write + 1;
+    while (read < m_nLength) {
+        size_t rest = static_cast<size_t>(m_nLength - read);
+        char const* next = static_cast<char const*>(std::memchr(m_pch + read, c, rest));
+        int32_t stop = next ? static_cast<int32_t>(next - m_pch) : m_nLength;
+        std::memmove(m_pch + write, m_pch + read, static_cast<size_t>(stop - read));
+        write += stop - read;
+        read = stop + 1;
     }
     int32_t removed = m_nLength - write;
-    if (removed == 0) return 0;
     m_pch[write] = '\0';
     m_nLength -= 1;
     return removed;
@@ -350,8 +355,12 @@ void CString::Format(char const* format, ...) {
 }
 
 bool CString::StartsWith(char const* prefix) const {
-    int32_t n = SafeStrLen(prefix);
-    return n <= m_nLength && std::memcmp(m_pch, prefix, static_cast<size_t>(n)) == 0;
+    if (!prefix) return true;
+    // Most prefixes asked for are short and differ at once.
+    for (int32_t i = 0; prefix[i] != '\0'; ++i) {
+        if (i >= m_nLength || m_pch[i] != prefix[i]) return false;
+    }
+    return true;
 }
 
 bool CString::EndsWith(char const* suffix) const {

@@ -26,6 +26,9 @@ public:
     CString& operator=(CString&& other) noexcept;
     CString& operator=(char const* text);
     CString& operator=(char c);
+    // Exactly length bytes of text (NULs kept), as CString(text, length) would
+    // hold them, into this string's own block; text may point into it.
+    void AssignBytes(char const* text, int32_t length) { Assign(text, length < 0 ? 0 : length); }
 
     CString& operator+=(char const* text);  // null appends nothing
     CString& operator+=(CString const& other);
@@ -134,6 +137,8 @@ private:
     void Resize(int32_t n);
     void Reserve(int32_t n);
     void Assign(char const* text, int32_t length);
+    // memmove of a longer text, kept out of line with the rare case it serves.
+    static void MoveBytes(char* to, char const* from, int32_t n);
     void Append(char const* text, int32_t length);
     int32_t FindBytes(char const* s, int32_t n, int32_t start) const;
     void TakeFrom(CString& other);
@@ -187,10 +192,39 @@ inline void CString::TakeFrom(CString& other) {
     other.m_inline[0] = '\0';
 }
 
+// Copies n bytes, n from 0 to 16, where the two ranges may overlap: every
+// byte is loaded before the first one is stored. Most texts are names and
+// tokens this short, and a call of memmove costs more than the copy.
+inline void CopyShortBytes(char* to, char const* from, int32_t n) {
+    if (n >= 8) {
+        uint64_t head;
+        uint64_t tail;
+        std::memcpy(&head, from, 8);
+        std::memcpy(&tail, from + n - 8, 8);
+        std::memcpy(to, &head, 8);
+        std::memcpy(to + n - 8, &tail, 8);
+    } else if (n >= 4) {
+        uint32_t head;
+        uint32_t tail;
+        std::memcpy(&head, from, 4);
+        std::memcpy(&tail, from + n - 4, 4);
+        std::memcpy(to, &head, 4);
+        std::memcpy(to + n - 4, &tail, 4);
+    } else if (n > 0) {
+        char first = from[0];
+        char middle = from[n / 2];
+        char last = from[n - 1];
+        to[0] = first;
+        to[n / 2] = middle;
+        to[n - 1] = last;
+    }
+}
+
 inline void CString::Assign(char const* text, int32_t length) {
     if (length >= m_nCapacity) Reserve(length);
     m_nLength = length;
-    if (length > 0) std::memmove(m_pch, text, static_cast<size_t>(length));
+    if (length <= 16) CopyShortBytes(m_pch, text, length);
+    else MoveBytes(m_pch, text, length);
     m_pch[length] = '\0';
 }
 
@@ -210,6 +244,13 @@ inline bool CString::IsEqual(char const* s) const {
         if (s[i] != m_pch[i] || s[i] == '\0') return false;
     }
     return s[m_nLength] == '\0';
+}
+
+inline int32_t CString::Find(char c, int32_t start) const {
+    if (start < 0) start = 0;
+    if (start >= m_nLength) return -1;
+    void const* hit = std::memchr(m_pch + start, c, static_cast<size_t>(m_nLength - start));
+    return hit ? static_cast<int32_t>(static_cast<char const*>(hit) - m_pch) : -1;
 }
 
 CString operator+(CString const& a, CString const& b);

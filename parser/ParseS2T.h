@@ -196,9 +196,14 @@ public:
     void SkipLineBlanks();
     bool LineStartsWith(char const* prefix) const;
     bool LineIsEmpty() const;
-    CString EndOfFileToken();
     void SkipBlockCommentLines(CFile* file, bool& endOfFile);
     CString CutToken(int32_t length);
+    void CutTokenAt(int32_t length, CString& token);
+    // GetToken into token, whose block is used again; GetBodyToken and
+    // GetNonEmptyToken likewise.
+    void ReadToken(CFile* file, CString& token);
+    void ReadBodyToken(CFile* file, CString& token);
+    void ReadNonEmptyToken(CFile* file, CString& token);
     void HandleDirective(CFile* file);
     CString DirectiveName() const;
     bool StoreDefine(CString const& name, int32_t value);
@@ -207,7 +212,6 @@ public:
     int32_t m_nLinePos = 0;                     // start of the rest of the line in m_strLine
     int32_t m_nLineSeenLength = 0;              // m_strLine as the lexer left it, to notice
     char const* m_pLineSeenData = nullptr;      // a replacement made elsewhere
-    CString m_strReadBuffer;                    // ReadLine reads here first (EOF keeps the line)
     int32_t m_nDirectiveDepth = 0;              // directives run one after another, not nested
     bool m_bDirectivePending = false;
     CNameTable<int32_t> m_DefineIndex;          // name -> oldest entry of m_Defines

@@ -36,10 +36,14 @@ struct CParseS2T::SEnumBody {
 
 CString CParseS2T::GetNonEmptyToken(CFile* file) {
     CString token;
-    do {
-        token = GetToken(file);
-    } while (m_nTokenType == TOKEN_ORDINARY && token.IsEmpty());
+    ReadNonEmptyToken(file, token);
     return token;
+}
+
+void CParseS2T::ReadNonEmptyToken(CFile* file, CString& token) {
+    do {
+        ReadToken(file, token);
+    } while (m_nTokenType == TOKEN_ORDINARY && token.IsEmpty());
 }
 
 void CParseS2T::DoEnum(CFile* file) {
@@ -76,13 +80,13 @@ void CParseS2T::ReadEnumBody(CFile* file, SEnumBody& body) {
     CString token;
     for (;;) {
         if (nameExpected) {
-            token = GetNonEmptyToken(file);
+            ReadNonEmptyToken(file, token);
             if (m_nTokenType == TOKEN_EOF || token == "}") break;
             body.current = new CDefines;
             body.current->m_strName = token;
             body.current->m_nValue = kNoValue;
             body.parsed->m_lstValues.AddTail(body.current);
-            token = GetNonEmptyToken(file);
+            ReadNonEmptyToken(file, token);
             if (m_nTokenType == TOKEN_EOF) break;
         }
         if (token == ",") {
@@ -96,12 +100,12 @@ void CParseS2T::ReadEnumBody(CFile* file, SEnumBody& body) {
             // After an initialiser a word that is no operator would be looked at
             // forever; it is skipped instead. After a name the next pass reads
             // a new name, so an enumerator followed by a stray word keeps no value.
-            if (!nameExpected) token = GetNonEmptyToken(file);
+            if (!nameExpected) ReadNonEmptyToken(file, token);
             if (m_nTokenType == TOKEN_EOF) break;
             continue;
         }
         if (!ReadEnumInitialiser(file, body, token)) break;
-        token = GetNonEmptyToken(file);
+        ReadNonEmptyToken(file, token);
         if (m_nTokenType == TOKEN_EOF) break;
         nameExpected = token == ",";
         if (nameExpected) body.implicitValue = PlusOne(body.current->m_nValue);

@@ -99,7 +99,7 @@ int32_t CParseS2T::ParseBracketsUntil(CFile* file, char const* closing) {
             continue;
         }
         previous = token;
-        token = GetToken(file);
+        ReadToken(file, token);
         if (m_nTokenType == TOKEN_EOF) {
             if (outer.empty()) return acc;
             closeGroup();
@@ -118,15 +118,19 @@ int32_t CParseS2T::ParseBracketsUntil(CFile* file, char const* closing) {
 }
 
 void CParseS2T::ApplyOperand(CString const& previous, CString const& token, int32_t& acc) {
-    if (token == kAlwaysFalse) {
-        acc = 0;
-        return;
+    // The three comparisons that the headers write as constants are four
+    // characters long.
+    if (token.GetLength() == 4) {
+        if (token == kAlwaysFalse) {
+            acc = 0;
+            return;
+        }
+        if (token == kAlwaysTrue || token == kAlwaysTrueZero) {
+            acc = 1;
+            return;
+        }
     }
-    if (token == kAlwaysTrue || token == kAlwaysTrueZero) {
-        acc = 1;
-        return;
-    }
-    if (token.StartsWith(kHexPrefix)) {
+    if (token.GetLength() >= 2 && token.GetAt(0) == kHexPrefix[0] && token.GetAt(1) == kHexPrefix[1]) {
         // Suffixes such as U or L end the digits; "0x" alone reads as 0.
         uint32_t number = 0;
         ReadHex32(token.GetData() + 2, number);
@@ -146,18 +150,25 @@ void CParseS2T::ApplyOperand(CString const& previous, CString const& token, int3
 int32_t CParseS2T::Operation(CString const& op, int32_t acc, int32_t value) {
     uint32_t a = static_cast<uint32_t>(acc);
     uint32_t v = static_cast<uint32_t>(value);
-    if (op == "+") return Wrap(a + v);
-    if (op == "/" && value != 0) {
-        if (acc == INT32_MIN && value == -1) return INT32_MIN;  // wraps on the target
-        return acc / value;
+    // Every operator is one character long but the shifts.
+    if (op.GetLength() == 1) {
+        switch (op.GetAt(0)) {
+            case '+': return Wrap(a + v);
+            case '/':
+                if (value == 0) break;
+                if (acc == INT32_MIN && value == -1) return INT32_MIN;  // wraps on the target
+                return acc / value;
+            case '-': return Wrap(a - v);
+            case '*': return Wrap(a * v);
+            case '|': return Wrap(a | v);
+            case '&': return Wrap(a & v);
+            case '^': return Wrap(a ^ v);
+            default: break;
+        }
+    } else if (op.GetLength() == 2 && op.GetAt(0) == op.GetAt(1)) {
+        if (op.GetAt(0) == '<') return Wrap(a << (v & 31u));
+        if (op.GetAt(0) == '>') return acc >> (v & 31u);  // sign-filling
     }
-    if (op == "-") return Wrap(a - v);
-    if (op == "*") return Wrap(a * v);
-    if (op == "<<") return Wrap(a << (v & 31u));
-    if (op == ">>") return acc >> (v & 31u);  // sign-filling
-    if (op == "|") return Wrap(a | v);
-    if (op == "&") return Wrap(a & v);
-    if (op == "^") return Wrap(a ^ v);
     // Any other token (empty at the start of a group, "(", a name) starts
     // afresh, and so does a division by zero: the operand is the result.
     return value;

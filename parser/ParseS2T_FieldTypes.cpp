@@ -114,6 +114,29 @@ bool HoldsVolatile(CString const& text) {
     return false;
 }
 
+// The name kBitFieldHolderName formats for the tag and number, built without
+// a printf: the tag up to its first NUL, the text between "%s" and "%d", the
+// number in decimal.
+constexpr int32_t kHolderNameMiddle = static_cast<int32_t>(sizeof kBitFieldHolderName) - 5;
+static_assert(kBitFieldHolderName[0] == '%' && kBitFieldHolderName[1] == 's' &&
+                  kBitFieldHolderName[kHolderNameMiddle + 2] == '%' && kBitFieldHolderName[kHolderNameMiddle + 3] == 'd',
+              "the holder name is a tag, a fixed text and a number");
+
+CString BitFieldHolderName(CString const& tag, int32_t number) {
+    CString name(tag.GetData());
+    name += CString(kBitFieldHolderName + 2, kHolderNameMiddle);
+    char digits[12];
+    int32_t at = sizeof digits;
+    uint32_t value = number < 0 ? 0u - static_cast<uint32_t>(number) : static_cast<uint32_t>(number);
+    do {
+        digits[--at] = static_cast<char>('0' + value % 10u);
+        value /= 10u;
+    } while (value != 0);
+    if (number < 0) digits[--at] = '-';
+    name += CString(digits + at, static_cast<int32_t>(sizeof digits) - at);
+    return name;
+}
+
 }  // namespace
 
 bool CParseS2T::IsFieldQualifier(CString const& word) {
@@ -136,11 +159,13 @@ bool CParseS2T::IsReservedKeyword(CString const& word) {
 bool CParseS2T::IsPrimitiveTypeName(CString const& type) { return kPrimitiveNames.KindOf(type) >= 0; }
 
 CString CParseS2T::ResolveTypeAlias(CString const& start) {
-    // Most texts are answered at once: an alias met before, or no alias.
+    // Most texts are answered at once: no alias, or an alias met before. Every
+    // text with a kept answer is an alias (the map of aliases only grows), so
+    // a text that is none needs no second look-up.
     if (!HoldsVolatile(start)) {
+        if (!m_TypedefMap.Find(start)) return start;
         auto known = m_ResolvedAliases.find(start);
         if (known != m_ResolvedAliases.end()) return known->second;
-        if (!m_TypedefMap.Find(start)) return start;
     }
     CString text = start;
     // A chain of aliases that comes back to a text already seen stops there,
@@ -241,7 +266,7 @@ CString CParseS2T::ResolveFieldType(CFile* file, CString const& first, CString& 
     while (m_nTokenType == TOKEN_ORDINARY && IsReservedKeyword(word)) {
         text += ' ';
         text += word;
-        token = GetBodyToken(file);
+        ReadBodyToken(file, token);
         word = ResolveTypeAlias(token);
     }
     pending = token;
@@ -290,7 +315,7 @@ void CParseS2T::AddBitField(CStruct* owner, CStructVar* field, int32_t width, in
         fields.AddTail(holder);
     }
     if (holder->m_nBitCount == 0) {
-        holder->m_strName.Format(kBitFieldHolderName, owner->m_strTag.GetData(), holderCounter++);
+        holder->m_strName = BitFieldHolderName(owner->m_strTag, holderCounter++);
         holder->m_nType = FIELD_CHAR;
         holder->m_strType = kBitFieldHolderType;
     }

@@ -8,7 +8,6 @@
 
 #include <cstdio>
 #include <cstring>
-#include <utility>
 
 #include "ParserTexts.h"
 
@@ -20,23 +19,29 @@ bool IsLeftBlank(char c) {
     return value >= 1 && value <= 32;
 }
 
-// The separator set as a table: the first separator at or after start, as
-// FindOneOf gives it, without comparing every character with the whole set.
-struct SeparatorTable {
-    bool is[256] = {};
-    SeparatorTable() {
-        for (char const* c = kTokenSeparators; *c; ++c) is[static_cast<unsigned char>(*c)] = true;
-    }
+// The first place at or after pos (up to length) whose character TrimLeft
+// keeps. Runs of spaces, as lines are indented and columns aligned with, go
+// eight at a time.
+int32_t SkipBlanks(char const* text, int32_t pos, int32_t length) {
+    static constexpr char kEightSpaces[] = "        ";
+    while (pos + 8 <= length && std::memcmp(text + pos, kEightSpaces, 8) == 0) pos += 8;
+    while (pos < length && IsLeftBlank(text[pos])) ++pos;
+    return pos;
+}
+
+// The separator set as a table: a word ends at the first of them, as
+// FindOneOf would find it, without comparing every character with the set.
+struct SSeparatorTable {
+    bool is[256];
 };
 
-int32_t FindSeparator(CString const& line, int32_t start) {
-    static SeparatorTable const table;
-    char const* text = line.GetData();
-    for (int32_t i = start; i < line.GetLength(); ++i) {
-        if (table.is[static_cast<unsigned char>(text[i])]) return i;
-    }
-    return -1;
+constexpr SSeparatorTable MakeSeparatorTable() {
+    SSeparatorTable table{};
+    for (char const* c = kTokenSeparators; *c; ++c) table.is[static_cast<unsigned char>(*c)] = true;
+    return table;
 }
+
+constexpr SSeparatorTable kSeparators = MakeSeparatorTable();
 
 // The first length characters of line stay, as Left(length) would keep them,
 // without a copy; length is below the line's length.
@@ -146,16 +151,7 @@ void CParseS2T::SetLinePos(int32_t pos) {
     m_nLineSeenLength = m_strLine.GetLength();
 }
 
-void CParseS2T::SkipLineBlanks() {
-    int32_t pos = m_nLinePos;
-    int32_t length = m_strLine.GetLength();
-    char const* text = m_strLine.GetData();
-    // Runs of spaces, as columns are aligned with, eight at a time.
-    static constexpr char kEightSpaces[] = "        ";
-    while (pos + 8 <= length && std::memcmp(text + pos, kEightSpaces, 8) == 0) pos += 8;
-    while (pos < length && IsLeftBlank(text[pos])) ++pos;
-    SetLinePos(pos);
-}
+void CParseS2T::SkipLineBlanks() { SetLinePos(SkipBlanks(m_strLine.GetData(), m_nLinePos, m_strLine.GetLength())); }
 
 void CParseS2T::CommitLinePos() {
     CheckLinePos();
@@ -185,15 +181,42 @@ bool CParseS2T::LineIsEmpty() const { return m_strLine.GetLength() - m_nLinePos 
 // ---- lines
 
 int CParseS2T::ReadLine(CFile* file, int raw) {
-    if (!file || !file->ReadString(m_strReadBuffer)) return 0;
-    std::swap(m_strLine, m_strReadBuffer);
+    char const* text = nullptr;
+    int32_t length = 0;
+    if (!file || !file->ReadLineView(text, length)) return 0;
+    // Trimmed as TrimRight and then TrimLeft would, before the one copy.
+    while (length > 0 && static_cast<signed char>(text[length - 1]) <= 32) --length;
+    // Indentation is mostly spaces by fours.
+    int32_t blanks = 0;
+    while (blanks + 4 <= length && std::memcmp(text + blanks, "    ", 4) == 0) blanks += 4;
+    while (blanks < length && IsLeftBlank(text[blanks])) ++blanks;
+    char const* trimmed = text + blanks;
+    int32_t kept = length - blanks;
+    // The usual lines are cleaned of comments before the copy, as DeleteRemark
+    // would clean them: one without a "/", and one whose only two slashes open
+    // a comment and close it at the end of the line. Any other goes through
+    // DeleteRemark below.
+    bool cleaned = false;
+    if (raw == 0 && !m_bExportedOnly) {
+        char const* slash = static_cast<char const*>(std::memchr(trimmed, '/', static_cast<size_t>(kept)));
+        if (!slash) {
+            if (m_bInComment) kept = 0;
+            cleaned = true;
+        } else {
+            int32_t open = static_cast<int32_t>(slash - trimmed);
+            int32_t last = kept - 1;
+            if (last >= open + 2 && trimmed[open + 1] == '*' && trimmed[last] == '/' && trimmed[last - 1] == '*' &&
+                !std::memchr(trimmed + open + 1, '/', static_cast<size_t>(last - open - 1))) {
+                kept = open;
+                m_bInComment = false;
+                cleaned = true;
+            }
+        }
+    }
+    m_strLine.AssignBytes(trimmed, kept);
     m_nLinePos = 0;
     LineChanged();
     m_nLineNo = static_cast<int32_t>(static_cast<uint32_t>(m_nLineNo) + 1u);
-    m_strLine.TrimRight();
-    int32_t blanks = 0;
-    while (blanks < m_strLine.GetLength() && IsLeftBlank(m_strLine.GetAt(blanks))) ++blanks;
-    if (blanks > 0) DropFront(m_strLine, blanks);
     DisplayFileProcessedSizePercentage(file);
     if (m_bExportedOnly) {
         // A marker counts only on the line directly above its typedef, and only
@@ -204,7 +227,7 @@ int CParseS2T::ReadLine(CFile* file, int raw) {
         m_bExportedEnum = TextStartsWith(m_strLine, kExportedEnumMarker);
     }
     if (raw != 0) return 1;
-    DeleteRemark(m_strLine);
+    if (!cleaned) DeleteRemark(m_strLine);
     if (m_strLine.IsEmpty() || m_strLine.GetAt(0) != '#') return 1;
     m_strLine.Remove('#');
     TrimBlanksAndTabsLeft(m_strLine);
@@ -280,7 +303,8 @@ void CParseS2T::DeleteRemark(CString& line) {
         if (open < 0) break;
         m_bInComment = true;
         openingSeen = true;
-        std::memmove(text + kept, text + from, static_cast<size_t>(open - from));
+        // Text before the first comment stays where it stands.
+        if (kept != from) std::memmove(text + kept, text + from, static_cast<size_t>(open - from));
         kept += open - from;
         int32_t close = -1;
         for (++i; i < slashCount; ++i) {
@@ -298,7 +322,7 @@ void CParseS2T::DeleteRemark(CString& line) {
         ++i;
     }
     if (openingSeen) {
-        std::memmove(text + kept, text + from, static_cast<size_t>(length - from));
+        if (from < length) std::memmove(text + kept, text + from, static_cast<size_t>(length - from));
         CutLineAt(line, kept + length - from);
     }
     // A "*/" left needs a "/" left.
@@ -331,11 +355,6 @@ void CParseS2T::RemoveComments(CString& text) {
 
 // ---- tokens
 
-CString CParseS2T::EndOfFileToken() {
-    m_nTokenType = TOKEN_EOF;
-    return CString();
-}
-
 void CParseS2T::SkipBlockCommentLines(CFile* file, bool& endOfFile) {
     // The comment's closing line is skipped too, with whatever follows "*/".
     endOfFile = false;
@@ -355,18 +374,38 @@ CString CParseS2T::CutToken(int32_t length) {
     char const* start = m_strLine.GetData() + m_nLinePos;
     // A token that ends with "/*" leaves the opener in the line.
     if (length > 2 && start[length - 2] == '/' && start[length - 1] == '*') length -= 2;
-    SetLinePos(m_nLinePos + length);
-    SkipLineBlanks();
+    CString token;
+    CutTokenAt(length, token);
+    return token;
+}
+
+// CutToken of a length from 1 to the rest's length, that ends in no "/*",
+// into token.
+inline void CParseS2T::CutTokenAt(int32_t length, CString& token) {
+    int32_t pos = m_nLinePos;
+    int32_t lineLength = m_strLine.GetLength();
+    char const* text = m_strLine.GetData();
+    char const* start = text + pos;
+    // The blanks after the token go with it, as SkipLineBlanks takes them.
+    m_nLinePos = SkipBlanks(text, pos + length, lineLength);
+    m_pLineSeenData = text;
+    m_nLineSeenLength = lineLength;
     // The token is trimmed as CString::Trim does it, the right end first, and
     // built once from what is left.
     int32_t end = length;
     while (end > 0 && static_cast<signed char>(start[end - 1]) <= 32) --end;
     int32_t begin = 0;
     while (begin < end && IsLeftBlank(start[begin])) ++begin;
-    return CString(start + begin, end - begin);
+    token.AssignBytes(start + begin, end - begin);
 }
 
 CString CParseS2T::GetToken(CFile* file) {
+    CString token;
+    ReadToken(file, token);
+    return token;
+}
+
+void CParseS2T::ReadToken(CFile* file, CString& token) {
     NoteEnumListChanges();
     CheckLinePos();
     m_nTokenType = TOKEN_ORDINARY;
@@ -385,13 +424,14 @@ CString CParseS2T::GetToken(CFile* file) {
         }
         if (!m_IfStack.IsEmpty() && m_IfStack.GetTail() == 0) {
             // Inside a region left out by conditional compilation.
-            if (!ReadLine(file, 0)) return EndOfFileToken();
+            if (!ReadLine(file, 0)) break;
             continue;
         }
         if (first == 'd' && LineStartsWith(kKeywordDefine)) {
             // Only the letters are tested: "defineCount;" gives "defineC".
             m_nTokenType = TOKEN_DEFINE;
-            return CutToken(7);
+            token = CutToken(7);
+            return;
         }
         if (first == '/' && LineStartsWith(kBlockCommentOpen)) {
             int32_t close = FindCommentMark(m_strLine, kBlockCommentClose, m_nLinePos);
@@ -400,25 +440,48 @@ CString CParseS2T::GetToken(CFile* file) {
             } else {
                 bool endOfFile = false;
                 SkipBlockCommentLines(file, endOfFile);
-                if (endOfFile) return EndOfFileToken();
+                if (endOfFile) break;
             }
             SkipLineBlanks();
             continue;
         }
         if (first == '/' && LineStartsWith(kLineComment)) {
-            if (!ReadLine(file, 1)) return EndOfFileToken();
+            if (!ReadLine(file, 1)) break;
             continue;
         }
         if (first == ';') {
             m_nTokenType = TOKEN_END_OF_STATEMENT;
-            return CutToken(1);
+            CutTokenAt(1, token);
+            return;
         }
         if (!LineIsEmpty()) {
-            int32_t separator = FindSeparator(m_strLine, m_nLinePos);
-            return CutToken(separator < 0 ? -1 : separator - m_nLinePos);
+            // A word runs to the first separator; a separator first is a token
+            // of its own. No word holds the "/" of a "/*".
+            char const* text = m_strLine.GetData();
+            int32_t length = m_strLine.GetLength();
+            int32_t end = m_nLinePos;
+            // Two characters to a bound test.
+            bool const* separates = kSeparators.is;
+            for (;;) {
+                if (end + 2 > length) {
+                    if (end < length && !separates[static_cast<unsigned char>(text[end])]) ++end;
+                    break;
+                }
+                if (separates[static_cast<unsigned char>(text[end])]) break;
+                if (separates[static_cast<unsigned char>(text[end + 1])]) {
+                    ++end;
+                    break;
+                }
+                end += 2;
+            }
+            CutTokenAt(end == m_nLinePos ? 1 : end - m_nLinePos, token);
+            return;
         }
-        if (!ReadLine(file, 0)) return EndOfFileToken();
+        if (!ReadLine(file, 0)) break;
     }
+    // The end of the file.
+    m_nTokenType = TOKEN_EOF;
+    token.Empty();
 }
 
 // ---- look-ahead
@@ -471,7 +534,11 @@ int32_t CParseS2T::RestFind(char c) {
     // A search from an earlier start answers while its find lies in the rest.
     if (search.from <= from && (search.at < 0 || search.at >= from)) return search.at;
     search.from = from;
-    search.at = m_strLine.Find(c, from);
+    // CString::Find, in place: from lies from 0 to the line's length.
+    int32_t length = m_strLine.GetLength();
+    char const* text = m_strLine.GetData();
+    void const* hit = from < length ? std::memchr(text + from, c, static_cast<size_t>(length - from)) : nullptr;
+    search.at = hit ? static_cast<int32_t>(static_cast<char const*>(hit) - text) : -1;
     return search.at;
 }
 

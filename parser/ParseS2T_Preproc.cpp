@@ -45,10 +45,11 @@ void CParseS2T::HandleDirective(CFile* file) {
     CommitLinePos();
     LineChanged();
     m_strLine.Remove('#');
-    m_strLine.TrimLeft(CString(kDirectiveTrimSet));
+    static CString const trimSet(kDirectiveTrimSet);
+    m_strLine.TrimLeft(trimSet);
     // "else" is matched as the whole line: "else " (a blank left by a removed
     // comment) is an unknown directive and ignored.
-    if (m_strLine.Left(5) == kDirectiveElse) {
+    if (m_strLine.GetLength() == 4 && m_strLine.StartsWith(kDirectiveElse)) {
         if (m_IfStack.IsEmpty()) {
             std::fprintf(stderr, kMsgElseWithoutIf, m_nLineNo);
             return;

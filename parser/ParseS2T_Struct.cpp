@@ -90,13 +90,17 @@ int32_t StatementEnd(char const* text, int32_t length) {
 }  // namespace
 
 CString CParseS2T::GetBodyToken(CFile* file) {
-    // One named token returned on every path, so that it is built in place.
-    CString token = GetToken(file);
+    CString token;
+    ReadBodyToken(file, token);
+    return token;
+}
+
+void CParseS2T::ReadBodyToken(CFile* file, CString& token) {
+    ReadToken(file, token);
     while (m_nTokenType == TOKEN_DEFINE || (m_nTokenType == TOKEN_ORDINARY && token.IsEmpty())) {
         if (m_nTokenType == TOKEN_DEFINE) ParseDefineStatement(file);
-        token = GetToken(file);
+        ReadToken(file, token);
     }
-    return token;
 }
 
 CStruct* CParseS2T::DoStruct(CFile* file, bool typedefForm) { return ParseStruct(file, typedefForm, false); }
@@ -132,7 +136,7 @@ bool CParseS2T::ReadStructHead(CFile* file, CString& tag) {
     CString token = GetBodyToken(file);
     if (token != "{" && m_nTokenType == TOKEN_ORDINARY) {
         tag = token;
-        token = GetBodyToken(file);
+        ReadBodyToken(file, token);
     }
     if (token == "{" && m_nTokenType == TOKEN_ORDINARY) return true;
     // No body: a declaration that only uses the structure type, read to its end.
@@ -141,8 +145,9 @@ bool CParseS2T::ReadStructHead(CFile* file, CString& tag) {
 }
 
 void CParseS2T::ReadStructBody(CFile* file, SStructBody& body) {
+    CString token;
     while (!body.ended) {
-        CString token = GetBodyToken(file);
+        ReadBodyToken(file, token);
         if (m_nTokenType == TOKEN_EOF) {
             body.ended = body.endOfFile = true;
         } else if (token == "}") {
@@ -171,7 +176,7 @@ bool CParseS2T::StatementInterrupted(SStructBody& body, CString const& token) {
 
 void CParseS2T::ReadFieldStatement(CFile* file, SStructBody& body, CString& token) {
     while (IsFieldQualifier(token)) {
-        token = GetBodyToken(file);
+        ReadBodyToken(file, token);
         if (StatementInterrupted(body, token)) return;
     }
     SFieldType type;
@@ -184,7 +189,7 @@ void CParseS2T::ReadFieldStatement(CFile* file, SStructBody& body, CString& toke
         ClassifyTypeWord(file, token, type, pending);
     }
     if (type.consumed) return;
-    if (pending.IsEmpty() && m_nTokenType != TOKEN_EOF) pending = GetBodyToken(file);
+    if (pending.IsEmpty() && m_nTokenType != TOKEN_EOF) ReadBodyToken(file, pending);
     ReadDeclarators(file, body, type, pending);
 }
 
@@ -274,7 +279,7 @@ void CParseS2T::ReadDeclarators(CFile* file, SStructBody& body, SFieldType const
             CreateField(body, type, declarator);
         }
         if (StatementInterrupted(body, token)) return;
-        token = GetBodyToken(file);  // past the ","
+        ReadBodyToken(file, token);  // past the ","
     }
 }
 
@@ -284,31 +289,34 @@ void CParseS2T::ReadDeclarator(CFile* file, SStructBody& body, SFieldType const&
     // so a "," inside the parentheses of a function pointer does not end it;
     // elsewhere parentheses are passed over and every "," ends the declarator.
     int32_t depth = 0;
-    while (m_nTokenType == TOKEN_ORDINARY && token != "}" && !(token == "," && depth == 0)) {
-        if (token == "[") {
+    for (;;) {
+        // The punctuation tokens are one character long; every longer token is a word.
+        char mark = token.GetLength() == 1 ? token.GetAt(0) : '\0';
+        if (m_nTokenType != TOKEN_ORDINARY || mark == '}' || (mark == ',' && depth == 0)) return;
+        if (mark == '[') {
             if (!declarator.done && !declarator.field) CreateField(body, type, declarator);
             ReadArrayDimension(file, declarator, token);
             continue;
         }
         // Only ":" standing alone starts a bit width; "a:4" is one word, a name.
-        if (token == ":") {
+        if (mark == ':') {
             if (!declarator.done && !declarator.field) CreateField(body, type, declarator);
             ReadBitWidth(file, body, declarator, token);
             continue;
         }
-        if (token == "(") {
+        if (mark == '(') {
             if (declarator.primitivePointer) ++depth;
-        } else if (token == ")") {
+        } else if (mark == ')') {
             if (depth > 0) --depth;
-        } else if (token == "*") {
+        } else if (mark == '*') {
             if (!declarator.wordSeen) ++declarator.stars;
             declarator.starSeen = true;
         } else if (!declarator.field && !declarator.done) {
             declarator.name = token;
             declarator.wordSeen = true;
         }
-        declarator.lastClosesParen = token == ")";
-        token = GetBodyToken(file);
+        declarator.lastClosesParen = mark == ')';
+        ReadBodyToken(file, token);
     }
 }
 
@@ -351,7 +359,8 @@ void CParseS2T::ReadArrayDimension(CFile* file, SDeclarator& declarator, CString
         size = ReadPointerArraySize(file, token);
     } else {
         size = ParseBracketsUntil(file, "]");
-        token = m_nTokenType == TOKEN_EOF ? CString() : GetBodyToken(file);
+        if (m_nTokenType == TOKEN_EOF) token.Empty();
+        else ReadBodyToken(file, token);
     }
     if (!declarator.field) return;
     if (declarator.dims++ == 0) declarator.field->m_nArraySize = size;
@@ -364,7 +373,7 @@ void CParseS2T::ReadArrayDimension(CFile* file, SDeclarator& declarator, CString
 int32_t CParseS2T::ReadPointerArraySize(CFile* file, CString& token) {
     int32_t count = 1;
     for (;;) {
-        token = GetBodyToken(file);
+        ReadBodyToken(file, token);
         if (m_nTokenType != TOKEN_ORDINARY || token == "}") return count;
         if (token == "]") break;
         if (Atoi32(token) != 0 || token == "0") {
@@ -377,17 +386,17 @@ int32_t CParseS2T::ReadPointerArraySize(CFile* file, CString& token) {
             count = ParseBrackets(file);
         }
     }
-    token = GetBodyToken(file);
+    ReadBodyToken(file, token);
     return count;
 }
 
 // token is ":"; on return it holds the token after the width.
 void CParseS2T::ReadBitWidth(CFile* file, SStructBody& body, SDeclarator& declarator, CString& token) {
     int32_t width = 0;
-    token = GetBodyToken(file);
+    ReadBodyToken(file, token);
     if (m_nTokenType == TOKEN_ORDINARY && token != "}" && token != ",") {
         width = Atoi32(token);
-        token = GetBodyToken(file);
+        ReadBodyToken(file, token);
     }
     if (declarator.field && !declarator.done) AddBitField(body.parsed, declarator.field, width, body.holderCounter);
     declarator.field = nullptr;
@@ -399,7 +408,7 @@ void CParseS2T::FinishStruct(CFile* file, CStruct* parsed, bool typedefForm, CSt
     CString token = GetBodyToken(file);
     while (token == "*" && m_nTokenType == TOKEN_ORDINARY) {
         tag += " *";
-        token = GetBodyToken(file);
+        ReadBodyToken(file, token);
     }
     bool named = m_nTokenType == TOKEN_ORDINARY;
     CString name = named ? token : tag;
@@ -422,11 +431,11 @@ void CParseS2T::ReadFurtherStructNames(CFile* file, CStruct* parsed) {
     CString token = GetBodyToken(file);
     while (token == "," && m_nTokenType == TOKEN_ORDINARY) {
         CString further = GetBodyToken(file);
-        while (further == "*" && m_nTokenType == TOKEN_ORDINARY) further = GetBodyToken(file);
+        while (further == "*" && m_nTokenType == TOKEN_ORDINARY) ReadBodyToken(file, further);
         if (m_nTokenType != TOKEN_ORDINARY) return;
         // Further names stand in reverse order of the source.
         parsed->m_lstNames.AddHead(further);
-        token = GetBodyToken(file);
+        ReadBodyToken(file, token);
     }
 }
 
@@ -436,8 +445,9 @@ void CParseS2T::SkipRestOfLine(CFile* file) { ReadLine(file, 0); }
 
 void CParseS2T::SkipBody(CFile* file) {
     int32_t depth = 1;
+    CString token;
     while (depth > 0) {
-        CString token = GetBodyToken(file);
+        ReadBodyToken(file, token);
         if (m_nTokenType == TOKEN_EOF) return;
         if (token == "{") ++depth;
         else if (token == "}") --depth;
@@ -500,7 +510,12 @@ CParseS2T::SStatementAhead CParseS2T::LookAheadStatement(CFile* file) {
     return ahead;
 }
 
-bool CParseS2T::IsPointer(CFile* file) { return LookAheadStatement(file).pointer; }
+bool CParseS2T::IsPointer(CFile* file) {
+    // A ";" in the rest of the line ends the look-ahead there, whatever the
+    // "{" would tell, which only the other tests ask for.
+    if (RestFind(';') >= 0) return RestMakesPointer();
+    return LookAheadStatement(file).pointer;
+}
 
 bool CParseS2T::IsStructDeclaration(CFile* file) { return LookAheadStatement(file).braceOnLine; }
 

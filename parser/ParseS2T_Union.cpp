@@ -13,6 +13,9 @@
 // and the first number in "[...]" sets the count.
 #include "ParseS2T.h"
 
+#include <cctype>
+#include <cstring>
+
 #include "NumberText.h"
 #include "ParserTexts.h"
 
@@ -55,8 +58,9 @@ CUnion* CParseS2T::DoUnion(CFile* file, int nested, bool typedefForm) {
 }
 
 bool CParseS2T::ReadUnionHead(CFile* file, bool typedefForm, CString& tag) {
+    CString token;
     for (;;) {
-        CString token = GetBodyToken(file);
+        ReadBodyToken(file, token);
         if (m_nTokenType != TOKEN_ORDINARY) return false;
         if (token == "{") return true;
         if (!typedefForm) tag = token;
@@ -64,8 +68,9 @@ bool CParseS2T::ReadUnionHead(CFile* file, bool typedefForm, CString& tag) {
 }
 
 void CParseS2T::ReadUnionBody(CFile* file, CUnion* parsed) {
+    CString token;
     for (;;) {
-        CString token = GetBodyToken(file);
+        ReadBodyToken(file, token);
         if (m_nTokenType == TOKEN_EOF || token == "}") return;
         if (m_nTokenType == TOKEN_END_OF_STATEMENT) continue;
         if (!ReadMemberStatement(file, parsed, token)) return;
@@ -79,7 +84,7 @@ bool CParseS2T::ReadMemberStatement(CFile* file, CUnion* parsed, CString token) 
     ClassifyMember(file, token, type, pending);
     if (m_nTokenType == TOKEN_EOF) return false;
     if (type.consumed) return true;
-    if (pending.IsEmpty()) pending = GetBodyToken(file);
+    if (pending.IsEmpty()) ReadBodyToken(file, pending);
     return ReadMemberDeclarators(file, parsed, type, pending);
 }
 
@@ -99,11 +104,11 @@ void CParseS2T::ClassifyMember(CFile* file, CString const& token, SMemberType& t
     } else if (token == kUnsigned || token == kSigned) {
         // One keyword joins the word: "unsigned long int x" is an
         // "unsigned long" named x.
-        pending = GetBodyToken(file);
+        ReadBodyToken(file, pending);
         if (m_nTokenType == TOKEN_ORDINARY && IsReservedKeyword(pending)) {
             type.type += ' ';
             type.type += pending;
-            pending = GetBodyToken(file);
+            ReadBodyToken(file, pending);
         }
     }
     type.pointedKind = PointedKindOf(token);
@@ -159,7 +164,7 @@ bool CParseS2T::ReadMemberDeclarators(CFile* file, CUnion* parsed, SMemberType c
         else delete member;
         if (m_nTokenType == TOKEN_EOF || token == "}") return false;
         if (m_nTokenType == TOKEN_END_OF_STATEMENT) return true;
-        token = GetBodyToken(file);  // past the ","
+        ReadBodyToken(file, token);  // past the ","
     }
 }
 
@@ -178,8 +183,8 @@ bool CParseS2T::ReadMemberDeclarator(CFile* file, SMemberType const& type, CUnio
         }
         if (token == ":") {
             // The bit width is not kept for union members; "a:4" is one word.
-            token = GetBodyToken(file);
-            if (m_nTokenType == TOKEN_ORDINARY && token != "}" && token != ",") token = GetBodyToken(file);
+            ReadBodyToken(file, token);
+            if (m_nTokenType == TOKEN_ORDINARY && token != "}" && token != ",") ReadBodyToken(file, token);
             continue;
         }
         if (token == "*") pointer = true;
@@ -189,7 +194,7 @@ bool CParseS2T::ReadMemberDeclarator(CFile* file, SMemberType const& type, CUnio
             member->m_strName = token;
             wordSeen = true;
         }
-        token = GetBodyToken(file);
+        ReadBodyToken(file, token);
     }
     if (pointer) {
         // Pointers are 16 bits wide on the target.
@@ -206,14 +211,14 @@ bool CParseS2T::ReadMemberDeclarator(CFile* file, SMemberType const& type, CUnio
 // declarator counts ("a[2][5]" holds 2). The rest up to "]" is passed over;
 // on return token holds the token after it (or the ";" "}" that cut it).
 void CParseS2T::ReadMemberArraySize(CFile* file, CUnionVar* member, bool first, CString& token) {
-    token = GetBodyToken(file);
-    while (m_nTokenType == TOKEN_ORDINARY && (token == "(" || token == ")")) token = GetBodyToken(file);
+    ReadBodyToken(file, token);
+    while (m_nTokenType == TOKEN_ORDINARY && (token == "(" || token == ")")) ReadBodyToken(file, token);
     if (m_nTokenType == TOKEN_ORDINARY && token != "]" && token != "}") {
         int32_t value = Atoi32(token) != 0 || token == "0" ? Atoi32(token) : FindEnumVal(token);
         if (first && value != kNoValue) member->m_nArraySize = value;
-        while (m_nTokenType == TOKEN_ORDINARY && token != "]" && token != "}") token = GetBodyToken(file);
+        while (m_nTokenType == TOKEN_ORDINARY && token != "]" && token != "}") ReadBodyToken(file, token);
     }
-    if (m_nTokenType == TOKEN_ORDINARY && token == "]") token = GetBodyToken(file);
+    if (m_nTokenType == TOKEN_ORDINARY && token == "]") ReadBodyToken(file, token);
 }
 
 // The token after "}" names the union unless it is ";": a "*" ("} *PU;")
@@ -230,13 +235,13 @@ void CParseS2T::ReadFurtherUnionNames(CFile* file, CUnion* parsed) {
     CString token = GetBodyToken(file);
     while (token == "," && m_nTokenType == TOKEN_ORDINARY) {
         CString further = GetBodyToken(file);
-        while (further == "*" && m_nTokenType == TOKEN_ORDINARY) further = GetBodyToken(file);
+        while (further == "*" && m_nTokenType == TOKEN_ORDINARY) ReadBodyToken(file, further);
         if (m_nTokenType != TOKEN_ORDINARY) return;
         CUnion* copy = new CUnion;
         copy->m_strName = further;
         copy->CopyVars(parsed->m_lstVars);
         AppendUnion(copy);
-        token = GetBodyToken(file);
+        ReadBodyToken(file, token);
     }
 }
 
@@ -256,8 +261,33 @@ void CParseS2T::DeleteUnion(CUnion* parsed) {
     if (m_UnionIndex.Unlink(m_UnionList, parsed)) delete parsed;
 }
 
+namespace {
+
+// std::toupper of every byte, asked once.
+struct SUpperCase {
+    char of[256];
+    SUpperCase() {
+        for (int32_t c = 0; c < 256; ++c) of[c] = static_cast<char>(std::toupper(c));
+    }
+};
+
+// UpperCaseKey(name) without a call per character: the text up to its first
+// NUL (which ends the key there), each character put through toupper.
+CString UpperCaseName(CString const& name) {
+    static SUpperCase const upper;
+    char const* text = name.GetData();
+    void const* nul = std::memchr(text, '\0', static_cast<size_t>(name.GetLength()));
+    int32_t length = nul ? static_cast<int32_t>(static_cast<char const*>(nul) - text) : name.GetLength();
+    CString key(text, length);
+    char* out = key.GetData();
+    for (int32_t i = 0; i < length; ++i) out[i] = upper.of[static_cast<unsigned char>(out[i])];
+    return key;
+}
+
+}  // namespace
+
 CUnion* CParseS2T::FindUnionByName(CString const& name) {
-    return m_UnionIndex.First(m_UnionList, CUnionKeys::kNameNoCase, UpperCaseKey(name));
+    return m_UnionIndex.First(m_UnionList, CUnionKeys::kNameNoCase, UpperCaseName(name));
 }
 
 int CParseS2T::RemoveUnionByName(CString const& name) { return RemoveUnionByNameExcept(name, nullptr); }

@@ -86,6 +86,40 @@ TEST(CFile, LinesAndPositionsAcrossLargeFiles) {
     EXPECT_EQ(after[2], file.GetPosition());
 }
 
+// NUL bytes spread over several reads of the file, sparse and then on every
+// line: each line is cut at its first NUL, read straight on and after seeking
+// back over them.
+TEST(CFile, NulBytesAcrossReadsAndSeeks) {
+    std::string text;
+    std::vector<std::string> lines;
+    std::vector<int64_t> before;
+    for (int i = 0; i < 20000; ++i) {
+        std::string line(static_cast<size_t>(10 + i % 50), static_cast<char>('a' + i % 26));
+        bool nul = i % 997 == 3 || i >= 19000;
+        before.push_back(static_cast<int64_t>(text.size()));
+        text += nul ? line + std::string(1, '\0') + "hidden" : line;
+        text += "\n";
+        lines.push_back(line);
+    }
+    ScratchDir dir;
+    WriteFile(dir.File("nul"), text);
+    CFile file;
+    ASSERT_TRUE(file.Open(dir.File("nul").c_str(), "rb"));
+    CString line;
+    for (size_t i = 0; i < lines.size(); ++i) {
+        ASSERT_TRUE(file.ReadString(line)) << i;
+        ASSERT_EQ(lines[i], std::string(line.GetData(), static_cast<size_t>(line.GetLength()))) << i;
+    }
+    EXPECT_FALSE(file.ReadString(line));
+    for (size_t i : {19999u, 19500u, 18999u, 9974u, 9973u, 0u}) {
+        file.Seek(before[i], CFile::begin);
+        for (size_t j = i; j < i + 3 && j < lines.size(); ++j) {
+            ASSERT_TRUE(file.ReadString(line)) << j;
+            ASSERT_EQ(lines[j], std::string(line.GetData(), static_cast<size_t>(line.GetLength()))) << j;
+        }
+    }
+}
+
 TEST(CFile, FixedBufferReadSplitsLongLines) {
     ScratchDir dir;
     WriteFile(dir.File("a"), std::string(300, 'k') + "\r\nz");
