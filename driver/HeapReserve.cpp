@@ -1,9 +1,11 @@
-// Start-up heap tuning. A whole job allocates millions of small records; with
-// ordinary pages the kernel spends a fifth of the run faulting them in one
-// 4 KB page at a time. The heap is therefore extended once by a large virtual
-// reserve (nothing is resident until touched) and that range is advised for
-// transparent huge pages. Where the advice is refused or unknown, or the
-// reserve cannot be had, allocation goes on exactly as before.
+// Start-up heap tuning. Small blocks come from KSManCMD's own pool, which
+// advises its range for huge pages itself; the heap still holds the larger
+// blocks of a run (record arrays, name tables, line buffers), some tens of
+// megabytes on a large header, and with ordinary pages the kernel would fault
+// them in one 4 KB page at a time. The heap is therefore extended once by a
+// large virtual reserve (nothing is resident until touched) and that range is
+// advised for transparent huge pages. Where the advice is refused or unknown,
+// or the reserve cannot be had, allocation goes on exactly as before.
 #include "HeapReserve.h"
 
 #include <cstdlib>  // defines __GLIBC__ where that is the C library
