@@ -7,16 +7,10 @@
 #include <vector>
 
 #include "HostileInput.h"
-#include "TestSupport.h"
 
 namespace {
 
 using hostile::Repeat;
-
-struct HeaderCase {
-    std::string name;
-    std::string header;
-};
 
 // Lines of the loaded database that no hostile header touches: the run must
 // write them back whatever the header held.
@@ -29,22 +23,19 @@ std::vector<std::string> const kSurvivors = {
     "\nAny,ANY_ID\n",
 };
 
-void ExpectSurvives(HeaderCase const& hostileCase) {
-    SCOPED_TRACE(hostileCase.name);
-    testsupport::ScratchDir dir;
-    testsupport::WriteFile(dir.File("database.txt"),
-                           testsupport::ReadFile(std::string(KS_TEST_DATA_DIR) + "/database/every_section.txt"));
-    testsupport::WriteFile(dir.File("signals.h"), hostileCase.header);
-    hostile::TimedRun run = hostile::RunLimited(KS_KSMANCMD_PATH, {"-Ndatabase.txt", "-Ssignals.h"}, dir.Path());
-    EXPECT_EQ(0, run.status);
-    EXPECT_GT(hostile::kSecondsPerRun, run.seconds);
-    std::string database = testsupport::ReadFile(dir.File("database.txt"));
-    EXPECT_EQ(0u, database.find("DbVersion\n12,3\n<end>\n"));
-    for (auto const& line : kSurvivors) EXPECT_NE(std::string::npos, database.find(line)) << line;
-}
-
-void ExpectAllSurvive(std::vector<HeaderCase> const& cases) {
-    for (auto const& hostileCase : cases) ExpectSurvives(hostileCase);
+void ExpectAllSurvive(std::vector<hostile::Case> const& cases) {
+    for (auto const& hostileCase : cases) {
+        SCOPED_TRACE(hostileCase.name);
+        testsupport::ScratchDir dir;
+        testsupport::WriteFile(dir.File("database.txt"),
+                               testsupport::ReadFile(std::string(KS_TEST_DATA_DIR) + "/database/every_section.txt"));
+        testsupport::WriteFile(dir.File("signals.h"), hostileCase.bytes);
+        hostile::ExpectFinished(hostile::RunLimited(KS_KSMANCMD_PATH, {"-Ndatabase.txt", "-Ssignals.h"}, dir.Path()),
+                                false);
+        std::string database = testsupport::ReadFile(dir.File("database.txt"));
+        EXPECT_EQ(0u, database.find("DbVersion\n12,3\n<end>\n"));
+        for (auto const& line : kSurvivors) EXPECT_NE(std::string::npos, database.find(line)) << line;
+    }
 }
 
 std::string Parenthesised(std::string const& inner, size_t depth) {
@@ -110,10 +101,7 @@ TEST(HostileHeader, HugeLinesAndBytes) {
 TEST(HostileHeader, TruncatedHeaders) {
     std::string const header = testsupport::ReadFile(std::string(KS_TEST_DATA_DIR) + "/parser/realistic.h");
     ASSERT_FALSE(header.empty());
-    std::vector<HeaderCase> cases;
-    for (auto const& prefix : hostile::Truncations(header, 24))
-        cases.push_back({"cut after " + std::to_string(prefix.size()) + " bytes", prefix});
-    ExpectAllSurvive(cases);
+    ExpectAllSurvive(hostile::Truncations(header, 24));
 }
 
 TEST(HostileHeader, CyclesLimitsAndHugeSizes) {
@@ -160,7 +148,7 @@ TEST(HostileHeader, KeywordsAtEndOfFile) {
         "#else",    "#endif",         "#undef",           "#",      "sizeof",       "sizeof(",
         "int a[",   "int a :",        "\\",               "/",      "'",            "\"",
         "typedef struct { int a[4]; } S; typedef S"};
-    std::vector<HeaderCase> cases;
+    std::vector<hostile::Case> cases;
     for (auto const& ending : endings) {
         cases.push_back({ending, "typedef struct { int a; } Lead;\n" + ending});
         cases.push_back({ending + " and a line end", ending + "\n"});

@@ -1,20 +1,22 @@
 // Bounded, timed runs of the built tools and the generators of hostile inputs.
 #include "HostileInput.h"
 
-#include <chrono>
 #include <fcntl.h>
+#include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "TestSupport.h"
+#include <chrono>
 
 namespace hostile {
-namespace {
 
 // Runs program through coreutils' timeout, so that a hang ends with 124.
-testsupport::RunResult RunThroughTimeout(std::vector<std::string> const& argv, std::string const& workDir) {
+TimedRun RunLimited(std::string const& program, std::vector<std::string> const& args, std::string const& workDir) {
+    std::vector<std::string> argv{"timeout", std::to_string(static_cast<int>(2 * kSecondsPerRun)), program};
+    argv.insert(argv.end(), args.begin(), args.end());
     std::string const out = workDir + "/.hostile.out";
     std::string const err = workDir + "/.hostile.err";
+    auto start = std::chrono::steady_clock::now();
     pid_t child = fork();
     if (child == 0) {
         if (chdir(workDir.c_str()) != 0) _exit(127);
@@ -23,36 +25,27 @@ testsupport::RunResult RunThroughTimeout(std::vector<std::string> const& argv, s
         if (outFd < 0 || errFd < 0) _exit(127);
         dup2(outFd, 1);
         dup2(errFd, 2);
-        std::vector<char*> args;
-        for (auto const& arg : argv) args.push_back(const_cast<char*>(arg.c_str()));
-        args.push_back(nullptr);
-        execvp(args[0], args.data());
+        std::vector<char*> pointers;
+        for (auto const& arg : argv) pointers.push_back(const_cast<char*>(arg.c_str()));
+        pointers.push_back(nullptr);
+        execvp(pointers[0], pointers.data());
         _exit(127);
     }
     int status = 0;
     waitpid(child, &status, 0);
-    testsupport::RunResult result;
-    result.status = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
-    result.out = testsupport::ReadFile(out);
-    result.err = testsupport::ReadFile(err);
+    TimedRun run;
+    run.status = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+    run.out = testsupport::ReadFile(out);
+    run.err = testsupport::ReadFile(err);
     unlink(out.c_str());
     unlink(err.c_str());
-    return result;
+    run.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    return run;
 }
 
-}  // namespace
-
-TimedRun RunLimited(std::string const& program, std::vector<std::string> const& args, std::string const& workDir) {
-    std::vector<std::string> argv{"timeout", std::to_string(static_cast<int>(2 * kSecondsPerRun)), program};
-    argv.insert(argv.end(), args.begin(), args.end());
-    auto start = std::chrono::steady_clock::now();
-    testsupport::RunResult result = RunThroughTimeout(argv, workDir);
-    TimedRun run;
-    run.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-    run.status = result.status;
-    run.out = std::move(result.out);
-    run.err = std::move(result.err);
-    return run;
+void ExpectFinished(TimedRun const& run, bool mayRefuse) {
+    EXPECT_TRUE(run.status == 0 || (mayRefuse && run.status == 1)) << run.status << "\n" << run.err;
+    EXPECT_GT(kSecondsPerRun, run.seconds);
 }
 
 std::string Repeat(std::string const& text, size_t count) {
@@ -78,9 +71,12 @@ std::string EveryByteValue() {
     return all;
 }
 
-std::vector<std::string> Truncations(std::string const& text, size_t count) {
-    std::vector<std::string> prefixes;
-    for (size_t i = 1; i <= count; ++i) prefixes.push_back(text.substr(0, text.size() * i / (count + 1)));
+std::vector<Case> Truncations(std::string const& text, size_t count) {
+    std::vector<Case> prefixes;
+    for (size_t i = 1; i <= count; ++i) {
+        std::string prefix = text.substr(0, text.size() * i / (count + 1));
+        prefixes.push_back({"cut after " + std::to_string(prefix.size()) + " bytes", prefix});
+    }
     return prefixes;
 }
 

@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "TestSupport.h"
+
 namespace hostile {
 
 // Longest a run on one hostile input may take, in seconds. Hostile inputs are
@@ -14,15 +16,22 @@ namespace hostile {
 // under the sanitizers.
 constexpr double kSecondsPerRun = 20.0;
 
-struct TimedRun {
-    int status = -1;  // 124 when the time limit stopped it, 128+n on signal n
+// status is 124 when the time limit stopped the run, 128+n on signal n.
+struct TimedRun : testsupport::RunResult {
     double seconds = 0;
-    std::string out;
-    std::string err;
 };
 
 // Runs program with args in workDir under a time limit of twice kSecondsPerRun.
 TimedRun RunLimited(std::string const& program, std::vector<std::string> const& args, std::string const& workDir);
+// Expects status 0, or 1 where the command may refuse its input (never a signal,
+// a sanitizer report or the time limit), within kSecondsPerRun.
+void ExpectFinished(TimedRun const& run, bool mayRefuse);
+
+// A hostile input and the name that tells it apart in a failure.
+struct Case {
+    std::string name;
+    std::string bytes;
+};
 
 std::string Repeat(std::string const& text, size_t count);
 // size bytes of every value, from a fixed seed: the same bytes every time.
@@ -30,7 +39,7 @@ std::string PseudoRandomBytes(size_t size, uint32_t seed);
 // The 256 byte values in ascending order.
 std::string EveryByteValue();
 // The prefixes of text cut at count evenly spread places (the empty and the
-// whole text excluded).
-std::vector<std::string> Truncations(std::string const& text, size_t count);
+// whole text excluded), each named "cut after <size> bytes".
+std::vector<Case> Truncations(std::string const& text, size_t count);
 
 }  // namespace hostile
