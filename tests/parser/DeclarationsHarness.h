@@ -26,48 +26,43 @@ inline char const* KindWord(int32_t kind) {
     return kind >= 0 && kind <= 5 ? kWords[kind] : "?";
 }
 
-inline std::string Names(CStringList const& names) {
-    if (names.IsEmpty()) return "";
-    std::string out = " names=[";
-    bool first = true;
-    for (void* pos = names.GetHeadPosition(); pos;) {
-        out += (first ? "" : ",") + Text(names.GetNext(pos));
-        first = false;
-    }
-    return out + "]";
+// Calls visit on each entry of a parser list, cast to T, in list order.
+template <typename T, typename List, typename Visit>
+void Each(List const& list, Visit visit) {
+    for (void* pos = list.GetHeadPosition(); pos;) visit(static_cast<T*>(list.GetNext(pos)));
 }
 
-// name kind type, then the pointed kind of a pointer, the counts and the bits.
-inline std::string Field(CString const& name, int32_t kind, int32_t pointed, CString const& type, int32_t count) {
-    std::string out = Text(name) + " ";
-    out += kind == FIELD_POINTER ? std::string("ptr(") + KindWord(pointed) + ")" : KindWord(kind);
-    out += " " + Text(type);
-    if (count != 1) out += " [" + std::to_string(count) + "]";
-    return out;
+inline std::string Names(CStringList const& names) {
+    std::string out;
+    for (void* pos = names.GetHeadPosition(); pos;) out += "," + Text(names.GetNext(pos));
+    return names.IsEmpty() ? "" : " names=[" + out.substr(1) + "]";
 }
 
 inline std::string DumpEnum(CEnum* parsed) {
     std::string out = "enum " + Text(parsed->m_strName) + Names(parsed->m_lstNames) + ":";
-    for (void* pos = parsed->m_lstValues.GetHeadPosition(); pos;) {
-        CDefines* value = static_cast<CDefines*>(parsed->m_lstValues.GetNext(pos));
+    Each<CDefines>(parsed->m_lstValues, [&](CDefines* value) {
         out += " " + Text(value->m_strName) + "=" + std::to_string(value->m_nValue);
-    }
+    });
     return out;
 }
 
-// The members of a structure or union, "; " between them.
+// The members of a structure or union, "; " between them: name kind type, the
+// pointed kind of a pointer, the counts and the bits.
 template <typename Var, typename List>
 std::string Members(List const& vars) {
     std::string out;
-    for (void* pos = vars.GetHeadPosition(); pos;) {
-        Var* field = static_cast<Var*>(vars.GetNext(pos));
-        out += (out.empty() ? " " : "; ") +
-               Field(field->m_strName, field->m_nType, field->m_nPointedType, field->m_strType, field->m_nArraySize);
+    Each<Var>(vars, [&](Var* field) {
+        out += (out.empty() ? " " : "; ") + Text(field->m_strName) + " ";
+        out += field->m_nType == FIELD_POINTER ? std::string("ptr(") + KindWord(field->m_nPointedType) + ")"
+                                               : KindWord(field->m_nType);
+        out += " " + Text(field->m_strType);
+        if (field->m_nArraySize != 1) out += " [" + std::to_string(field->m_nArraySize) + "]";
         if constexpr (std::is_same_v<Var, CStructVar>) {
-            for (uint32_t i = 0; i < field->m_arrDims.GetSize(); ++i) out += "[" + std::to_string(field->m_arrDims.GetAt(i)) + "]";
+            auto const& dims = field->m_arrDims;
+            for (uint32_t i = 0; i < dims.GetSize(); ++i) out += "[" + std::to_string(dims.GetAt(i)) + "]";
             if (field->m_nBitCount) out += " bits=" + std::to_string(field->m_nBitCount);
         }
-    }
+    });
     return out;
 }
 
@@ -83,15 +78,9 @@ inline std::string DumpUnion(CUnion* parsed) {
 // Every list of the parser, in list order, one line each.
 inline std::string Dump(CParseS2T& parser) {
     std::string out;
-    for (void* pos = parser.m_EnumList.GetHeadPosition(); pos;) {
-        out += DumpEnum(static_cast<CEnum*>(parser.m_EnumList.GetNext(pos))) + "\n";
-    }
-    for (void* pos = parser.m_StructList.GetHeadPosition(); pos;) {
-        out += DumpStruct(static_cast<CStruct*>(parser.m_StructList.GetNext(pos))) + "\n";
-    }
-    for (void* pos = parser.m_UnionList.GetHeadPosition(); pos;) {
-        out += DumpUnion(static_cast<CUnion*>(parser.m_UnionList.GetNext(pos))) + "\n";
-    }
+    Each<CEnum>(parser.m_EnumList, [&](CEnum* parsed) { out += DumpEnum(parsed) + "\n"; });
+    Each<CStruct>(parser.m_StructList, [&](CStruct* parsed) { out += DumpStruct(parsed) + "\n"; });
+    Each<CUnion>(parser.m_UnionList, [&](CUnion* parsed) { out += DumpUnion(parsed) + "\n"; });
     for (void* pos = parser.m_SignalGroups.GetHeadPosition(); pos;) {
         SGroup const& group = parser.m_SignalGroups.GetNext(pos);
         out += "group " + Text(group.m_strName) + "=" + std::to_string(group.m_nValue) + "\n";
