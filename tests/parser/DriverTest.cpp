@@ -4,6 +4,9 @@
 // tests cut it short and feed the tool broken and huge headers).
 #include <gtest/gtest.h>
 
+#include <tuple>
+#include <utility>
+
 #include "DeclarationsHarness.h"
 
 using declarations::Harness;
@@ -14,19 +17,16 @@ std::string RealisticHeader() { return testsupport::ReadFile(std::string(KS_TEST
 
 }  // namespace
 
-TEST(CParseS2T_Driver, ParseS2TFileCannotOpen) {
+TEST(CParseS2T_Driver, MissingFileFailsAndEmptyOneAddsNothing) {
     Harness h;
     testsupport::CaptureStdout capture;
     bool result = h.Parser().ParseS2TFile("/nonexistent/dir/signals.h", true, false);
     EXPECT_EQ("Error : Could not open file /nonexistent/dir/signals.h to read.\n", capture.Stop());
     EXPECT_FALSE(result);
     EXPECT_EQ(nullptr, h.Parser().m_pNestedNames);
-}
-
-TEST(CParseS2T_Driver, EmptyHeaderAddsNothing) {
-    Harness h;
-    EXPECT_EQ("", h.Parse(""));
-    EXPECT_TRUE(h.Result());
+    Harness empty;
+    EXPECT_EQ("", empty.Parse(""));
+    EXPECT_TRUE(empty.Result());
 }
 
 TEST(CParseS2T_Driver, DoNotPreprocessMarkerSkipsTheFile) {
@@ -45,16 +45,13 @@ TEST(CParseS2T_Driver, TypedefAliases) {
     h.Parse("typedef unsigned char BYTE;\ntypedef BYTE * PBYTE;\ntypedef BYTE *PB2;\ntypedef int (*fn)(void);\n"
             "typedef char Name[10];\ntypedef unsigned long int X;\ntypedef UINT16 A, B;\n"
             "typedef volatile UINT8 VU;\ntypedef const char CC;\ntypedef long long;\ntypedef Q;\n");
-    struct Row {
-        char const* alias;
-        char const* expected;
-    } const rows[] = {
+    std::pair<char const*, char const*> const rows[] = {
         {"BYTE", "unsigned char"}, {"PBYTE", "BYTE *"},   {"PB2", "BYTE *"}, {"fn", "<none>"},
         {"Name", "char[10]"},      {"int", "unsigned long"}, {"X", "<none>"}, {"A", "UINT16"},
         {"B", "UINT16"},           {"VU", "UINT8"},       {"CC", "const char"}, {"long", "<none>"},
         {";", "<none>"},
     };
-    for (Row const& row : rows) EXPECT_EQ(row.expected, h.Typedef(row.alias)) << row.alias;
+    for (auto const& [alias, expected] : rows) EXPECT_EQ(expected, h.Typedef(alias)) << alias;
 }
 
 TEST(CParseS2T_Driver, AliasesDecideFieldKinds) {
@@ -87,20 +84,19 @@ TEST(CParseS2T_Driver, ExportedOnlyTakesMarkedDeclarations) {
         "OMRA EXPORTED ENUM\ntypedef enum { X } ShownE;\n\n"
         "typedef enum HTag { Y } HiddenE;\n"
         "OMRA EXPORTED STRUCT\n\ntypedef struct { int c; } Apart;\n";
+    std::string const shown = "struct Shown tag=Shown: a int long\nstruct Next tag=Next: s int long\n";
     Harness h(false);
-    EXPECT_EQ("enum ShownE: X=0\nstruct Shown tag=Shown: a int long\nstruct Next tag=Next: s int long\n",
-              h.Parse(header, true));
+    EXPECT_EQ("enum ShownE: X=0\n" + shown, h.Parse(header, true));
     EXPECT_EQ(kHiddenEnumValue, h.Parser().FindDefVal("HTag"));
     int32_t unused = 0;
     EXPECT_FALSE(g_DefinesMap.Lookup("HTag", unused));
     // In signals mode an unmarked enumeration is read all the same.
     Harness signals;
-    EXPECT_EQ("enum ShownE: X=0\nenum HiddenE: Y=0\nstruct Shown tag=Shown: a int long\nstruct Next tag=Next: s int long\n",
-              signals.Parse(header, true));
+    EXPECT_EQ("enum ShownE: X=0\nenum HiddenE: Y=0\n" + shown, signals.Parse(header, true));
     // Without the mode everything is read.
     Harness all(false);
-    EXPECT_EQ("enum ShownE: X=0\nenum HiddenE: Y=0\nstruct Shown tag=Shown: a int long\nstruct Next tag=Next: s int long\n"
-              "struct Hidden tag=Hidden: b int long\nstruct Apart tag=Apart: c int long\n",
+    EXPECT_EQ("enum ShownE: X=0\nenum HiddenE: Y=0\n" + shown +
+                  "struct Hidden tag=Hidden: b int long\nstruct Apart tag=Apart: c int long\n",
               all.Parse(header));
 }
 
@@ -113,12 +109,7 @@ TEST(CParseS2T_Driver, DefinesOfEachFileStartAfresh) {
 }
 
 TEST(CParseS2T_Driver, MakeAbsolutePathResolvesAgainstBase) {
-    struct Row {
-        char const* path;
-        char const* base;
-        char const* expected;
-        bool result;
-    } const rows[] = {
+    std::tuple<char const*, char const*, char const*, bool> const rows[] = {  // path, base, path after, result
         {"..\\..\\inc\\a.h", "c:\\work\\prj\\src", "c:\\work\\inc\\a.h", true},
         {"../inc/a.h", "c:\\work\\prj\\", "c:\\work\\inc\\a.h", true},
         {"inc/a.h", "c:\\work", "c:\\work\\inc\\a.h", true},
@@ -126,11 +117,10 @@ TEST(CParseS2T_Driver, MakeAbsolutePathResolvesAgainstBase) {
         {"..\\..\\..\\a.h", "c:\\w", "\\a.h", true},
         {"", "c:\\work", "", false},
     };
-    for (Row const& row : rows) {
-        CString path(row.path);
-        CString base(row.base);
-        EXPECT_EQ(row.result, MakeAbsolutePath(path, base)) << row.path;
-        EXPECT_EQ(row.expected, declarations::Text(path)) << row.path;
+    for (auto const& [written, base, expected, result] : rows) {
+        CString path(written), root(base);
+        EXPECT_EQ(result, MakeAbsolutePath(path, root)) << written;
+        EXPECT_EQ(expected, declarations::Text(path)) << written;
     }
 }
 
