@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <tuple>
 #include <utility>
 
 #include "FrontEndHarness.h"
@@ -15,11 +16,7 @@ CEnum* AddEnum(CParseS2T& parser, built::Values values) { return &built::AddEnum
 }  // namespace
 
 TEST(CParseS2TExpr, MacroValues) {
-    struct Row {
-        char const* body;
-        int32_t expected;
-        char const* reason;
-    } const rows[] = {
+    std::tuple<char const*, int32_t, char const*> const rows[] = {  // the body of V, its value, why
         {"A + 1", 6, "a macro plus one"},        {"(A) * 2", 5, "the first group only"},
         {"", -1, "an empty body"},               {"0x1F", 31, "hexadecimal"},
         {"0xffffffff", -1, "wraps negative"},    {"0x1ffffffff", -1, "saturates"},
@@ -30,10 +27,10 @@ TEST(CParseS2TExpr, MacroValues) {
         {"2147483647 + 1", INT32_MIN, "wraps"},  {"( 1 + 2", 3, "unclosed group ends at the end"},
         {"((((7))))", 7, "nested groups"},       {"sizeof ( short ) * 3", 6, "sizeof"},
     };
-    for (auto const& row : rows) {
-        FrontEndHarness h("#define A 5\n#define V " + std::string(row.body) + "\n");
+    for (auto const& [body, expected, reason] : rows) {
+        FrontEndHarness h("#define A 5\n#define V " + std::string(body) + "\n");
         h.Parse();
-        EXPECT_EQ(row.expected, h.P().FindDefVal("V")) << row.reason;
+        EXPECT_EQ(expected, h.P().FindDefVal("V")) << reason;
     }
 }
 
@@ -62,16 +59,13 @@ TEST(CParseS2TExpr, EndOfFileEndsOnlyTheInnermostGroup) {
 
 TEST(CParseS2TExpr, OperationWrapsAndGuards) {
     FrontEndHarness h("");
-    struct Row {
-        char const* op;
-        int32_t acc, value, expected;
-    } const rows[] = {
+    std::tuple<char const*, int32_t, int32_t, int32_t> const rows[] = {  // operator, accumulator, value, result
         {"+", INT32_MAX, 1, INT32_MIN}, {"-", INT32_MIN, 1, INT32_MAX}, {"*", 65536, 65536, 0},
         {"/", -7, 2, -3},               {"/", INT32_MIN, -1, INT32_MIN}, {"/", 8, 0, 0},
         {"<<", 1, 33, 2},               {">>", 256, 36, 16},            {"|", 5, 2, 7},
         {"&", 6, 3, 2},                 {"^", 6, 3, 5},                 {"%", 3, 4, 4},
     };
-    for (auto const& row : rows) EXPECT_EQ(row.expected, h.P().Operation(row.op, row.acc, row.value)) << row.op;
+    for (auto const& [op, acc, value, expected] : rows) EXPECT_EQ(expected, h.P().Operation(op, acc, value)) << op;
 }
 
 TEST(CParseS2TExpr, SizeOfFollowsTypedefs) {
@@ -122,12 +116,11 @@ TEST(CParseS2TExpr, EnumeratorLookUpFollowsEnumerationsAsTheyAreBuilt) {
     check("newest valued");
     AddEnum(p, {{"B", 2}});
     for (int round = 0; round < 3; ++round) {
-        CEnum* repeated = AddEnum(p, {{"A", 50 + round}, {"C", 60 + round}});
+        AddEnum(p, {{"A", 50 + round}, {"C", 60 + round}});
         check("repeated appended");
         delete static_cast<CEnum*>(p.m_EnumList.RemoveTail());
         p.GetToken(h.File());  // the parser reads a token between dropping and appending
         check("repeated dropped");
-        (void)repeated;
     }
     CEnum* last = AddEnum(p, {{"B", 4}, {"C", 3}});
     static_cast<CDefines*>(last->m_lstValues.GetTail())->m_nValue = 30;
@@ -137,23 +130,19 @@ TEST(CParseS2TExpr, EnumeratorLookUpFollowsEnumerationsAsTheyAreBuilt) {
 TEST(CParseS2TExpr, MacroLineIsCutAtItsFirstComment) {
     // The line after a block comment's closing line is read raw, comments and
     // all: the macro body is cut at "//", or at a "/*" that is never closed.
-    struct Row {
-        char const* line;
-        int32_t value;
-        char const* after;  // the tokens the cut leaves behind
-    } const rows[] = {
+    std::tuple<char const*, int32_t, char const*> const rows[] = {  // line, value, the tokens the cut leaves behind
         {"#define X 5 // note", 5, "/ note"},
         {"#define X 5 /* note", 5, "* note"},
         {"#define X 5 /* n */ + 1", 6, ""},
         {"#define X 2 /* a */ * 3 // c", 2, "* a * / * 3"},  // a "//" left in front skips to the next line
         {"#define X 1 << 4 // c", 4, "/ c"},
     };
-    for (auto const& row : rows) {
-        FrontEndHarness h(std::string("OMRA EXPORTED STRUCT\ntypedef struct /*\n*/\n") + row.line + "\nY");
+    for (auto const& [line, value, after] : rows) {
+        FrontEndHarness h(std::string("OMRA EXPORTED STRUCT\ntypedef struct /*\n*/\n") + line + "\nY");
         h.P().m_bExportedOnly = true;
         std::string tokens = h.Parse();
-        EXPECT_EQ(row.value, h.P().FindDefVal("X")) << row.line;
-        std::string const lead = "OMRA EXPORTED STRUCT typedef struct ";
-        EXPECT_EQ(lead + (*row.after ? std::string(row.after) + " " : "") + "Y", tokens) << row.line;
+        EXPECT_EQ(value, h.P().FindDefVal("X")) << line;
+        EXPECT_EQ("OMRA EXPORTED STRUCT typedef struct " + (*after ? std::string(after) + " " : "") + "Y", tokens)
+            << line;
     }
 }
