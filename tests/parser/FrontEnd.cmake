@@ -6,5 +6,4 @@ ks_add_test(parser_frontend_tests
     ${CMAKE_CURRENT_SOURCE_DIR}/PreprocTest.cpp
     ${CMAKE_CURRENT_SOURCE_DIR}/ExprTest.cpp
     ${CMAKE_CURRENT_SOURCE_DIR}/ParsedObjectsTest.cpp
-    ${CMAKE_CURRENT_SOURCE_DIR}/LongLineTest.cpp
   LIBS ks_parser ks_testsupport)

@@ -8,6 +8,13 @@
 #include "CFile.h"
 #include "ParseS2T.h"
 
+// An input, what is expected of it and why the row is there.
+struct TextRow {
+    char const* input;
+    char const* expected;
+    char const* reason;
+};
+
 class FrontEndHarness {
 public:
     explicit FrontEndHarness(std::string const& text) : m_parser(std::make_unique<CParseS2T>()) {

@@ -1,16 +1,13 @@
-// Lines, comments and tokens of the header parser, read from in-memory headers.
+// Lines, comments and tokens of the header parser, read from in-memory headers,
+// and structures on lines longer than the lexer keeps exact.
 #include <gtest/gtest.h>
 
 #include <string>
+#include <tuple>
 
+#include "DeclarationsHarness.h"
 #include "FrontEndHarness.h"
 #include "TestSupport.h"
-
-struct TextRow {
-    char const* input;
-    char const* expected;
-    char const* reason;
-};
 
 TEST(CParseS2TLexer, GetTokenSplitsAsTheSeparatorsSay) {
     TextRow const rows[] = {
@@ -72,43 +69,34 @@ TEST(CParseS2TLexer, ReadLineTrimsCountsAndKeepsTheLastLineAtTheEnd) {
 }
 
 TEST(CParseS2TLexer, ReadLineKeepsExportMarkersOnlyDirectlyAbove) {
-    struct Row {
-        char const* header;
-        bool structFlag;
-        char const* reason;
-    } const rows[] = {
+    std::tuple<char const*, bool, char const*> const rows[] = {  // header, m_bExportedStruct after it, why
         {"OMRA EXPORTED STRUCT\ntypedef struct {", true, "marker directly above"},
         {"OMRA EXPORTED STRUCT\n\ntypedef struct {", false, "a blank line between clears it"},
         {"// OMRA EXPORTED STRUCT\ntypedef struct {", false, "a marker behind // does not count"},
     };
-    for (auto const& row : rows) {
-        FrontEndHarness h(row.header);
+    for (auto const& [header, structFlag, reason] : rows) {
+        FrontEndHarness h(header);
         h.P().m_bExportedOnly = true;
         while (h.P().ReadLine(h.File(), 0)) {
         }
-        EXPECT_EQ(row.structFlag, h.P().m_bExportedStruct) << row.reason;
+        EXPECT_EQ(structFlag, h.P().m_bExportedStruct) << reason;
     }
 }
 
 TEST(CParseS2TLexer, DeleteRemarkFollowsItsSteps) {
-    struct Row {
-        bool inBefore;
-        char const* line;
-        char const* expected;
-        bool inAfter;
-    } const rows[] = {
+    std::tuple<bool, char const*, char const*, bool> const rows[] = {  // in a comment before, line, after, in one after
         {false, "a // b /* c", "a ", false},       {false, "a /* b */ c /* d */ e", "a  c  e", false},
         {false, "a /* b", "a ", true},             {false, "a /*/ b", "a  b", false},
         {true, "b */ c", " c", false},             {true, "inside", "", true},
         {true, "*/ x /* y", " x ", false},         {false, "*/ x", " x", false},
     };
-    for (auto const& row : rows) {
+    for (auto const& [inBefore, text, expected, inAfter] : rows) {
         FrontEndHarness h("");
-        h.P().m_bInComment = row.inBefore;
-        CString line(row.line);
+        h.P().m_bInComment = inBefore;
+        CString line(text);
         h.P().DeleteRemark(line);
-        EXPECT_EQ(CString(row.expected), line) << row.line;
-        EXPECT_EQ(row.inAfter, h.P().m_bInComment) << row.line;
+        EXPECT_EQ(CString(expected), line) << text;
+        EXPECT_EQ(inAfter, h.P().m_bInComment) << text;
     }
 }
 
@@ -165,6 +153,25 @@ TEST(CParseS2TLexer, RestSearchesAnswerAsTheWholeRestWould) {
             }
             EXPECT_LT(line.size() / 8, static_cast<size_t>(steps));
         }
+    }
+}
+
+// The look-aheads of the structure reader judge the whole rest of a long line,
+// as they do on an ordinary line.
+TEST(CParseS2TLexer, LongLinesAreJudgedLikeShortOnes) {
+    std::string pad;
+    for (int i = 0; i < 2100; ++i) pad += " ;";  // empty statements, past the exact-line limit
+    char const* const bodies[] = {
+        "long a[2], *p; char b[3];",         // the line's last "]" lies after the first "*"
+        "long (f)(void); long *q;",          // a "*" further on makes f a function pointer
+        "struct X x; struct { int i; } y;",  // a body later on the line
+        "union U u; char *c; union V *v;",
+    };
+    for (char const* body : bodies) {
+        declarations::Harness shortLine;
+        declarations::Harness longLine;
+        std::string const head = std::string("typedef struct { ") + body;
+        EXPECT_EQ(shortLine.Parse(head + " } S;\n"), longLine.Parse(head + pad + " } S;\n")) << body;
     }
 }
 

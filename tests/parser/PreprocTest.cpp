@@ -3,16 +3,13 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
 
 #include "FrontEndHarness.h"
 #include "TestSupport.h"
 
 TEST(CParseS2TPreproc, ConditionalCompilationRules) {
-    struct Row {
-        char const* header;
-        char const* expected;  // the tokens read
-        char const* reason;
-    } const rows[] = {
+    TextRow const rows[] = {  // a header and the tokens read from it
         {"#define A 1\n#ifdef A\nyes\n#endif\nz", "yes z", "defined: read"},
         {"#ifdef A\nno\n#endif\nz", "z", "undefined: skipped"},
         {"#  ifdef A\nno\n#endif\nz", "z", "blanks after the hash"},
@@ -34,7 +31,7 @@ TEST(CParseS2TPreproc, ConditionalCompilationRules) {
         {"x\n#else\ny\n#endif\nz", "x else y endif z", "unmatched: the directive's words stay"},
     };
     for (auto const& row : rows) {
-        FrontEndHarness h(row.header);
+        FrontEndHarness h(row.input);
         testsupport::CaptureStderr quiet;
         EXPECT_EQ(row.expected, h.Parse()) << row.reason;
     }
@@ -64,12 +61,10 @@ TEST(CParseS2TPreproc, DeepNestingAndLongDirectiveRunsEnd) {
 TEST(CParseS2TPreproc, FindDefValTakesNumbersThenTheOldestDefinition) {
     FrontEndHarness h("#define A 1\n#define A 2\n#define Z 0\n#define V 7\n#undef V\n");
     h.Parse();
-    struct Row {
-        char const* token;
-        int32_t expected;
-    } const rows[] = {{"A", 1}, {"Z", 0}, {"V", 7}, {"12abc", 12}, {" -3", -3},
-                      {"0", kNoValue}, {"0x10", kNoValue}, {"missing", kNoValue}};
-    for (auto const& row : rows) EXPECT_EQ(row.expected, h.P().FindDefVal(row.token)) << row.token;
+    std::pair<char const*, int32_t> const rows[] = {{"A", 1},        {"Z", 0},           {"V", 7},
+                                                    {"12abc", 12},   {" -3", -3},        {"0", kNoValue},
+                                                    {"0x10", kNoValue}, {"missing", kNoValue}};
+    for (auto const& [token, expected] : rows) EXPECT_EQ(expected, h.P().FindDefVal(token)) << token;
     EXPECT_EQ(2, *g_DefinesMap.Find("A"));  // the map keeps the latest
     EXPECT_EQ(nullptr, g_DefinesMap.Find("V"));
     h.Open("#ifdef A\nseen\n#endif\nz");  // the next file: a new table, the same map
