@@ -46,11 +46,23 @@ TEST(CParseS2T_Enum, DoEnumValues) {
     });
 }
 
-TEST(CParseS2T_Enum, DoEnumNamesFromTypedef) {
+TEST(CParseS2T_Enum, NamesFromTypedefAndLookups) {
     Harness h;
     EXPECT_EQ("enum First names=[Second,Third]: A=0\n", h.Parse("typedef enum Tag { A } First, Second, Third;"));
     EXPECT_EQ("First", declarations::Text(h.Parser().FindEnumByName("Third")->m_strName));
     EXPECT_EQ(nullptr, h.Parser().FindEnumByName("Tag"));
+    // EnumExists leaves out the last enumeration; both see the list changed directly.
+    Harness two;
+    two.Parse("enum A { X };\nenum B { Y };\n");
+    EXPECT_TRUE(two.Parser().EnumExists("A"));
+    EXPECT_FALSE(two.Parser().EnumExists("B"));
+    EXPECT_FALSE(two.Parser().EnumExists("C"));
+    CEnum* added = new CEnum;
+    added->m_strName = "Added";
+    added->m_lstNames.AddTail("Alias");
+    two.Parser().m_EnumList.AddTail(added);
+    EXPECT_EQ(added, two.Parser().FindEnumByName("Alias"));
+    EXPECT_TRUE(two.Parser().EnumExists("B"));
 }
 
 TEST(CParseS2T_Enum, EndOfFileNamesEnumerationWithEmptyToken) {
@@ -80,18 +92,4 @@ TEST(CParseS2T_Enum, SignalIdTagDeclaresGroups) {
     ASSERT_NE(nullptr, store.FindGroupById(256));
     EXPECT_EQ("DIAG", declarations::Text(store.FindGroupById(256)->m_strName));
     EXPECT_NE(nullptr, store.FindGroupById(INT32_MIN));
-}
-
-TEST(CParseS2T_Enum, LookupsLeaveOutTheLastAndSeeListChangedDirectly) {
-    Harness h;
-    h.Parse("enum A { X };\nenum B { Y };\n");
-    EXPECT_TRUE(h.Parser().EnumExists("A"));
-    EXPECT_FALSE(h.Parser().EnumExists("B"));  // the last enumeration is left out
-    EXPECT_FALSE(h.Parser().EnumExists("C"));
-    CEnum* added = new CEnum;
-    added->m_strName = "Added";
-    added->m_lstNames.AddTail("Alias");
-    h.Parser().m_EnumList.AddTail(added);
-    EXPECT_EQ(added, h.Parser().FindEnumByName("Alias"));
-    EXPECT_TRUE(h.Parser().EnumExists("B"));
 }

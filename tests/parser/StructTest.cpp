@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <random>
+#include <utility>
 
 #include "DeclarationsHarness.h"
 
@@ -162,19 +163,16 @@ TEST(CParseS2T_Struct, LookAheadLinesCountForProgress) {
     // Each look-ahead reads on to the line that holds ";" or "{", past a "*"
     // already seen, and those lines are counted again when read for real; a
     // union field looks ahead once for its "*" and its body.
-    struct Row {
-        char const* header;
-        int32_t lines;
-    } const rows[] = {
+    std::pair<char const*, int32_t> const rows[] = {  // a header and the lines counted for progress
         {"struct S {\n  char\n  *\n  p;\n};\n", 5 + 2},
         {"struct S {\n  union\n  {\n    long a;\n  } u;\n};\n", 6 + 1},
         {"struct S {\n  Other\n  o;\n};\n", 4 + 1},
         {"struct S {\n  char c; long n;\n};\n", 3},
     };
-    for (Row const& row : rows) {
+    for (auto const& [header, lines] : rows) {
         Harness h;
-        h.Parse(row.header);
-        EXPECT_EQ(row.lines, h.Parser().m_nProgressLines) << row.header;
+        h.Parse(header);
+        EXPECT_EQ(lines, h.Parser().m_nProgressLines) << header;
     }
 }
 
@@ -273,7 +271,7 @@ TEST(CParseS2T_Struct, LookupsAgreeWithListWalk) {
     }
 }
 
-TEST(CParseS2T_Struct, LookupsSeeStructuresAddedDirectly) {
+TEST(CParseS2T_Struct, LookupsPreferNameOrTagAndSeeStructuresAddedDirectly) {
     Harness h;
     h.Parse("typedef struct T { int a; } A, B;\n");
     CStruct* added = new CStruct;
@@ -285,12 +283,10 @@ TEST(CParseS2T_Struct, LookupsSeeStructuresAddedDirectly) {
     EXPECT_FALSE(h.Parser().StructExists("T"));
     EXPECT_EQ(added, h.Parser().FindStructByNamePattern("dde"));
     EXPECT_EQ(nullptr, h.Parser().FindStructByNamePattern("zz"));
-}
-
-TEST(CParseS2T_Struct, FindStructByNamePrefersNameOrTag) {
-    Harness h;
-    h.Parse("typedef struct { int a; } X, Y, Z;\ntypedef struct { int b; } P, Z;\ntypedef struct Q { int c; } Y;\n");
-    CParseS2T& parser = h.Parser();
+    // A name or tag wins over a further name, wherever it stands.
+    Harness named;
+    named.Parse("typedef struct { int a; } X, Y, Z;\ntypedef struct { int b; } P, Z;\ntypedef struct Q { int c; } Y;\n");
+    CParseS2T& parser = named.Parser();
     EXPECT_EQ("Y", declarations::Text(parser.FindStructByName("Y")->m_strName));
     EXPECT_EQ("P", declarations::Text(parser.FindStructByName("Z")->m_strName));
     EXPECT_EQ("Y", declarations::Text(parser.FindStructByName("Q")->m_strName));

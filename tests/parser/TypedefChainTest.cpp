@@ -61,17 +61,16 @@ TEST(CParseS2T_TypedefChains, RememberedAnswersMatchFreshWalks) {
 }
 
 TEST(CParseS2T_TypedefChains, LoopAnswersDependOnTheStart) {
-    CParseS2T* parser = new CParseS2T;
-    parser->MapTypedefAlias("Entry", "A");
-    parser->MapTypedefAlias("A", "B");
-    parser->MapTypedefAlias("B", "C");
-    parser->MapTypedefAlias("C", "A");
+    auto owner = std::make_unique<CParseS2T>();
+    CParseS2T& parser = *owner;
+    char const* const chain[] = {"Entry", "A", "B", "C", "A"};  // Entry -> A -> B -> C -> A
+    for (int i = 0; i < 4; ++i) parser.MapTypedefAlias(chain[i], chain[i + 1]);
     // Fields stop at the first text met twice, sizeof before it.
-    EXPECT_EQ("A B C A", std::string(parser->ResolveTypeAlias("Entry").GetData()) + " " +
-                             parser->ResolveTypeAlias("B").GetData() + " " + parser->ResolveTypeAlias("C").GetData() +
-                             " " + parser->ResolveTypeAlias("A").GetData());
-    EXPECT_EQ("C A B C", std::string(parser->FollowSizeofAlias("Entry").GetData()) + " " +
-                             parser->FollowSizeofAlias("B").GetData() + " " + parser->FollowSizeofAlias("C").GetData() +
-                             " " + parser->FollowSizeofAlias("A").GetData());
-    delete parser;
+    std::string fields, sizes;
+    for (char const* start : {"Entry", "B", "C", "A"}) {
+        fields += std::string(fields.empty() ? "" : " ") + parser.ResolveTypeAlias(start).GetData();
+        sizes += std::string(sizes.empty() ? "" : " ") + parser.FollowSizeofAlias(start).GetData();
+    }
+    EXPECT_EQ("A B C A", fields);
+    EXPECT_EQ("C A B C", sizes);
 }
