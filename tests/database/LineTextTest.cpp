@@ -18,7 +18,7 @@ constexpr CLineFormat kBracketed("[%s]");
 
 std::string Text(CLineText const& line) { return std::string(line.GetData(), static_cast<size_t>(line.GetLength())); }
 
-TEST(CLineText, FormatGivesThePrintfBytesOfEachDirective) {
+TEST(CLineText, FormatGivesThePrintfBytesAndEndLineEndsTheLine) {
     CLineText line;
     line.Format("%d,%d,%d,%d,%s,%s,%s,", 0, -1, INT32_MIN, INT32_MAX, "A", "", CString("C"));
     EXPECT_EQ("0,-1,-2147483648,2147483647,A,,C,", Text(line));
@@ -26,6 +26,15 @@ TEST(CLineText, FormatGivesThePrintfBytesOfEachDirective) {
     EXPECT_EQ("7,3", Text(line));  // the buffer is replaced, not appended to
     line.Format("100%% %q%");
     EXPECT_EQ("100% %q%", Text(line));
+    line.Format("%s|%s", CString("ab\0cd", 5), static_cast<char const*>(nullptr));
+    EXPECT_EQ("ab|", Text(line));  // texts stop at their first NUL
+    line.Format("%s,%d,", "x");
+    EXPECT_EQ("x,,", Text(line));  // missing arguments give nothing
+    line.Format(dbtexts::kStructHeader, "S\n", 1, "in\nfo", "d");
+    line.RemoveLineFeeds();
+    line.Append("!");
+    line.EndLine();
+    EXPECT_EQ("S,,,,,0,1,info,d!\n", Text(line));
 }
 
 TEST(CLineText, FormatsReadAtCompileTimeGiveTheSameBytes) {
@@ -49,12 +58,6 @@ TEST(CLineText, LongFormatsAreReadInParts) {
     CLineText line;
     line.Format(format.c_str(), 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 18, 19, 20);
     EXPECT_EQ("1,2,3,4,5,6,7,8,9,10,11,12,13,14,15,16,17,18,19,20," + std::string(16, ','), Text(line));
-}
-
-TEST(CLineText, TextsStopAtTheirFirstNul) {
-    CLineText line;
-    line.Format("%s|%s", CString("ab\0cd", 5), static_cast<char const*>(nullptr));
-    EXPECT_EQ("ab|", Text(line));
 }
 
 // A string is copied by its length field only when that is where its text
@@ -94,21 +97,6 @@ TEST(CLineText, StringsPrintToTheirFirstNulWhateverTheirLengthField) {
         line.Append(*row.text);
         EXPECT_EQ("<" + row.expected, Text(line)) << row.reason;
     }
-}
-
-TEST(CLineText, MissingArgumentsGiveNothing) {
-    CLineText line;
-    line.Format("%s,%d,", "x");
-    EXPECT_EQ("x,,", Text(line));
-}
-
-TEST(CLineText, RemoveLineFeedsThenEndLine) {
-    CLineText line;
-    line.Format(dbtexts::kStructHeader, "S\n", 1, "in\nfo", "d");
-    line.RemoveLineFeeds();
-    line.Append("!");
-    line.EndLine();
-    EXPECT_EQ("S,,,,,0,1,info,d!\n", Text(line));
 }
 
 }  // namespace

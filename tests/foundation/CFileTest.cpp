@@ -15,12 +15,13 @@ using testsupport::ReadFile;
 using testsupport::ScratchDir;
 using testsupport::WriteFile;
 
+std::string Bytes(CString const& line) { return std::string(line.GetData(), static_cast<size_t>(line.GetLength())); }
+
 std::string ReadAllLines(std::string const& path) {
     CFile file;
     EXPECT_TRUE(file.Open(path.c_str(), "rb"));
     std::string out;
-    CString line;
-    while (file.ReadString(line)) out += "[" + std::string(line.GetData(), static_cast<size_t>(line.GetLength())) + "]";
+    for (CString line; file.ReadString(line);) out += "[" + Bytes(line) + "]";
     return out;
 }
 
@@ -66,7 +67,7 @@ TEST(CFile, LinesAndPositionsAcrossLargeFiles) {
     CString line;
     for (size_t i = 0; i < lines.size(); ++i) {
         ASSERT_TRUE(file.ReadString(line)) << i;
-        ASSERT_EQ(lines[i], std::string(line.GetData(), static_cast<size_t>(line.GetLength()))) << i;
+        ASSERT_EQ(lines[i], Bytes(line)) << i;
         ASSERT_EQ(after[i], file.GetPosition()) << i;
     }
     EXPECT_FALSE(file.ReadString(line));
@@ -74,7 +75,7 @@ TEST(CFile, LinesAndPositionsAcrossLargeFiles) {
     for (size_t i = lines.size() - 1; i-- > 0;) {
         file.Seek(after[i], CFile::begin);
         ASSERT_TRUE(file.ReadString(line)) << i;
-        ASSERT_EQ(lines[i + 1], std::string(line.GetData(), static_cast<size_t>(line.GetLength()))) << i;
+        ASSERT_EQ(lines[i + 1], Bytes(line)) << i;
     }
     file.SeekToBegin();
     ASSERT_TRUE(file.ReadString(line));
@@ -108,14 +109,14 @@ TEST(CFile, NulBytesAcrossReadsAndSeeks) {
     CString line;
     for (size_t i = 0; i < lines.size(); ++i) {
         ASSERT_TRUE(file.ReadString(line)) << i;
-        ASSERT_EQ(lines[i], std::string(line.GetData(), static_cast<size_t>(line.GetLength()))) << i;
+        ASSERT_EQ(lines[i], Bytes(line)) << i;
     }
     EXPECT_FALSE(file.ReadString(line));
     for (size_t i : {19999u, 19500u, 18999u, 9974u, 9973u, 0u}) {
         file.Seek(before[i], CFile::begin);
         for (size_t j = i; j < i + 3 && j < lines.size(); ++j) {
             ASSERT_TRUE(file.ReadString(line)) << j;
-            ASSERT_EQ(lines[j], std::string(line.GetData(), static_cast<size_t>(line.GetLength()))) << j;
+            ASSERT_EQ(lines[j], Bytes(line)) << j;
         }
     }
 }
@@ -146,7 +147,7 @@ TEST(CFile, ModeStringFromFlags) {
     for (auto const& row : rows) EXPECT_STREQ(row.mode, CFile::ModeFromFlags(row.flags).GetData()) << row.flags;
 }
 
-TEST(CFile, WritesThroughAClosedFileAreHarmless) {
+TEST(CFile, WritesSkipEmptyTextAndAreHarmlessWhenClosed) {
     CFile file;
     EXPECT_FALSE(file.Open("/nonexistent-dir/x.txt", "wb"));
     file.WriteString("text");
@@ -154,11 +155,7 @@ TEST(CFile, WritesThroughAClosedFileAreHarmless) {
     file.Close();
     file.Close();
     EXPECT_EQ(0, file.GetLength());
-}
-
-TEST(CFile, WriteLineSkipsEmptyTextButWritesTheFeed) {
     ScratchDir dir;
-    CFile file;
     ASSERT_TRUE(file.Open(dir.File("w").c_str(), "wb"));
     file.WriteLine(CString("a"));
     file.WriteLine(CString(""));

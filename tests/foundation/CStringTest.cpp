@@ -75,7 +75,7 @@ TEST(CString, TrimRightRemovesHighBytesTrimLeftKeepsThem) {
     EXPECT_EQ("x", Text(set));
 }
 
-TEST(CString, RemoveLowersLengthByExactlyOne) {
+TEST(CString, RemoveAndDeleteKeepTheirOddLengthFields) {
     CString s("a b c");
     EXPECT_EQ(2, s.Remove(' '));
     EXPECT_EQ(4, s.GetLength());
@@ -86,38 +86,29 @@ TEST(CString, RemoveLowersLengthByExactlyOne) {
     CString one("#ifdef");
     one.Remove('#');
     EXPECT_EQ("ifdef", Text(one));
-}
-
-TEST(CString, DeleteKeepsTheOldTailVisible) {
-    CString s("abcdef");
-    s.Delete(1, 2);
-    EXPECT_EQ(4, s.GetLength());
-    EXPECT_EQ("adef", Text(s));
-    EXPECT_STREQ("adefef", s.GetData());
+    CString deleted("abcdef");
+    deleted.Delete(1, 2);
+    EXPECT_EQ(4, deleted.GetLength());
+    EXPECT_EQ("adef", Text(deleted));
+    EXPECT_STREQ("adefef", deleted.GetData());  // the old tail stays visible
     CString cut("abc");
     cut.Delete(1, 99);
     EXPECT_EQ("a", Text(cut));
 }
 
-TEST(CString, SetAtGrowsWithBlanksAndNulShortens) {
-    CString s("ab");
-    s.SetAt(4, 'x');
-    EXPECT_EQ("ab  x", Text(s));
-    s.SetAt(1, '\0');
-    EXPECT_EQ(1, s.GetLength());
-}
-
-TEST(CString, ReplaceNeverMatchesItsOwnInsertion) {
-    CString s("aaa");
-    EXPECT_EQ(3, s.Replace("a", "aa"));
-    EXPECT_EQ("aaaaaa", Text(s));
+TEST(CString, EditsInPlaceGrowReplaceInsertAndCase) {
+    CString grown("ab");
+    grown.SetAt(4, 'x');
+    EXPECT_EQ("ab  x", Text(grown));  // SetAt grows with blanks
+    grown.SetAt(1, '\0');
+    EXPECT_EQ(1, grown.GetLength());
+    CString doubled("aaa");
+    EXPECT_EQ(3, doubled.Replace("a", "aa"));  // never matches its own insertion
+    EXPECT_EQ("aaaaaa", Text(doubled));
     CString lines("x\ny\n");
     EXPECT_EQ(2, lines.Replace("\n", ""));
     EXPECT_EQ("xy", Text(lines));
     EXPECT_EQ(2, lines.Replace('x', 'z') + lines.Replace('y', 'z'));
-}
-
-TEST(CString, InsertAndConcatenate) {
     CString s("ad");
     s.Insert(1, "bc");
     EXPECT_EQ("abcd", Text(s));
@@ -129,21 +120,18 @@ TEST(CString, InsertAndConcatenate) {
     EXPECT_TRUE(null.IsEmpty());
 }
 
-TEST(CString, FormatLongerThanItsBufferIsWhole) {
+TEST(CString, FormatLongerThanItsBufferIsWholeAndCaseConverts) {
     std::string longText(20000, 'q');
     CString s;
     s.Format("<%s>", longText.c_str());
     EXPECT_EQ("<" + longText + ">", Text(s));
     s.Format("%d,%s", -5, "x");
     EXPECT_EQ("-5,x", Text(s));
-}
-
-TEST(CString, CaseConversion) {
-    CString s("aB1");
-    s.MakeUpper();
-    EXPECT_EQ("AB1", Text(s));
-    s.MakeLower();
-    EXPECT_EQ("ab1", Text(s));
+    CString mixed("aB1");
+    mixed.MakeUpper();
+    EXPECT_EQ("AB1", Text(mixed));
+    mixed.MakeLower();
+    EXPECT_EQ("ab1", Text(mixed));
 }
 
 }  // namespace

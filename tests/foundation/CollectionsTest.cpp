@@ -16,7 +16,7 @@ struct Item {
     bool operator<(Item const& other) const { return base < other.base; }
 };
 
-TEST(MyList, GetNextOnTheLastNodeLeavesANullPosition) {
+TEST(MyList, GetNextOnTheLastNodeLeavesANullPositionAndAddSortIsStable) {
     CStringList list;
     list.AddTail("a");
     list.AddTail("b");
@@ -30,15 +30,12 @@ TEST(MyList, GetNextOnTheLastNodeLeavesANullPosition) {
     EXPECT_STREQ("z", list.RemoveHead().GetData());
     EXPECT_STREQ("b", list.RemoveTail().GetData());
     EXPECT_EQ(1, list.GetCount());
-}
-
-TEST(MyListPtr, AddSortIsStable) {
     Item items[] = {{5, 1}, {3, 2}, {5, 3}, {4, 4}};
-    CListPtr<Item> list;
-    for (Item& item : items) list.AddSort(&item);
+    CListPtr<Item> sorted;
+    for (Item& item : items) sorted.AddSort(&item);
     std::vector<int> tags;
-    for (void* pos = list.GetHeadPosition(); pos;) tags.push_back(list.GetNext(pos)->tag);
-    EXPECT_EQ((std::vector<int>{2, 4, 1, 3}), tags);
+    for (void* pos = sorted.GetHeadPosition(); pos;) tags.push_back(sorted.GetNext(pos)->tag);
+    EXPECT_EQ((std::vector<int>{2, 4, 1, 3}), tags);  // AddSort is stable
 }
 
 TEST(MyMap, StringHashIsTimes33OfSignedBytes) {
@@ -111,7 +108,7 @@ TEST(MyMap, IndexOperatorAppendsAnEmptyValueAndLookupIsCaseSensitive) {
     EXPECT_EQ(nullptr, map.GetStartPosition());
 }
 
-TEST(MyArray, GrowsSmallThenByTheStep) {
+TEST(MyArray, GrowsSmallThenByTheStepOrThroughTheIndex) {
     CArray<int> array;
     array.Add(0);
     EXPECT_EQ(4u, array.GetCapacity());
@@ -120,6 +117,16 @@ TEST(MyArray, GrowsSmallThenByTheStep) {
     array.Add(50);
     EXPECT_EQ(100u, array.GetCapacity());
     EXPECT_EQ(50, array.GetTail());
+    CUIntArray indexed;
+    indexed[120] = 7;  // an index past the size grows the array
+    EXPECT_EQ(121u, indexed.GetSize());
+    EXPECT_EQ(0u, indexed[5]);
+    CStringArray lines;
+    lines.Add("a");
+    lines.Add("c");
+    lines.InsertAt(1, "b");
+    EXPECT_STREQ("b", lines[1].GetData());
+    EXPECT_EQ(3u, lines.GetSize());
 }
 
 TEST(MyArray, FreeExtraKeepsTheElementsAndDropsTheSpareSlots) {
@@ -201,19 +208,6 @@ TEST(MyArray, BuildsAndDestroysEachElementOnce) {
         EXPECT_EQ(2, Counted::live);
     }
     EXPECT_EQ(0, Counted::live);
-}
-
-TEST(MyArray, IndexPastTheSizeGrowsTheArray) {
-    CUIntArray array;
-    array[120] = 7;
-    EXPECT_EQ(121u, array.GetSize());
-    EXPECT_EQ(0u, array[5]);
-    CStringArray lines;
-    lines.Add("a");
-    lines.Add("c");
-    lines.InsertAt(1, "b");
-    EXPECT_STREQ("b", lines[1].GetData());
-    EXPECT_EQ(3u, lines.GetSize());
 }
 
 }  // namespace

@@ -17,7 +17,7 @@ TEST(stData, SetFatalErrorRecordsOnlyAtOrBelowTheLevel) {
     EXPECT_STREQ("second", data.m_strFatalError.GetData());
 }
 
-TEST(NumberText, Atoi32ReadsLikeTheCLibraryAndSaturates) {
+TEST(NumberText, Atoi32AndReadHex32ReadLikeTheCLibraryAndSaturate) {
     struct Row {
         char const* text;
         int32_t value;
@@ -26,9 +26,6 @@ TEST(NumberText, Atoi32ReadsLikeTheCLibraryAndSaturates) {
         {"99999999999", 2147483647}, {"-99999999999", INT32_MIN}, {"2147483648", 2147483647},
     };
     for (auto const& row : rows) EXPECT_EQ(row.value, Atoi32(row.text)) << row.text;
-}
-
-TEST(NumberText, ReadHex32StopsAtNonDigitsAndSaturates) {
     uint32_t value = 7;
     EXPECT_TRUE(ReadHex32("1Fu", value));
     EXPECT_EQ(0x1Fu, value);

@@ -3,5 +3,4 @@ ks_add_test(storage_tests
   SOURCES
     ${CMAKE_CURRENT_SOURCE_DIR}/RecordsTest.cpp
     ${CMAKE_CURRENT_SOURCE_DIR}/StorageTest.cpp
-    ${CMAKE_CURRENT_SOURCE_DIR}/OrphanReportTest.cpp
   LIBS ks_storage ks_testsupport)

@@ -1,10 +1,15 @@
 // CStorage: identifier allocation, the add/find/delete policies and the print
-// walks, pinned as the whole sequence of calls made on a recording writer.
+// walks, pinned as the whole sequence of calls made on a recording writer; the
+// missing-items report, its file name rule and its exact bytes. Within a
+// section of the report the names follow the index's buckets (h = h * 33 +
+// byte, modulo 13931) and, inside a bucket, the order in which they were entered.
 #include "Storage.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include "RecordingWriter.h"
+#include "TestSupport.h"
 
 namespace {
 
@@ -120,17 +125,14 @@ TEST_F(StorageTest, GroupsPrintByBaseValueEqualOnesInInsertionOrder) {
         writer.lines);
 }
 
-TEST_F(StorageTest, IsStorageEmptyIgnoresUnionsAndSignals) {
+TEST_F(StorageTest, MessagesPrintInIdOrderWithinBoundsAndEmptinessIgnoresUnionsAndSignals) {
     store.AddUnion(new stUnion);
     store.AddSignal(new stSignal);
     EXPECT_TRUE(store.IsStorageEmpty());
-    AddReport(1, "r");
+    AddReport(2, "r");
     EXPECT_FALSE(store.IsStorageEmpty());
-}
-
-TEST_F(StorageTest, MessagesPrintInIdOrderWithinBounds) {
+    for (int32_t id : {0, 1}) AddReport(id, "r");
     for (int32_t id : {3, 0, INT32_MAX, 6}) AddCommand(id, ("c" + std::to_string(id)).c_str());
-    for (int32_t id : {2, 0, 1}) AddReport(id, "r");
     int32_t cursor = 4;
     store.GetNextAvailableCommandID(&cursor);  // 4 is only reserved: nothing to write
     store.DeleteCommandByName("c6____");       // 6 stays reserved, its command is gone
@@ -179,6 +181,35 @@ TEST_F(StorageTest, CompareReportsByTrailingNumberAndQuotedPart) {
         b.m_nTrailingNumber = row.trailingB;
         EXPECT_EQ(row.expected, store.CompareReports(a, b)) << row.reason;
     }
+}
+
+TEST(CStorage, OrphanReportNamedAfterTheLastDotListsNamesInBucketOrder) {
+    testsupport::ScratchDir dir;
+    stData data;
+    CStorage store(&data);
+    ASSERT_EQ(0, mkdir((dir.Path() + "/dir.v2").c_str(), 0700));  // the last dot may sit in a folder name
+    EXPECT_EQ(1, store.WriteOrphanReportsToFile((dir.Path() + "/dir.v2/db").c_str()));
+    EXPECT_EQ(
+        "****** List of Missing Commands ******\n\n\n****** List of Missing Reports ******\n"
+        "\n\n****** List of Missing Structs ******\n\n\n****** List of Missing Enums ******\n",
+        testsupport::ReadFile(dir.File("dir_predefined_error.txt")));
+    EXPECT_EQ(0, store.WriteOrphanReportsToFile((dir.Path() + "/missing/db.txt").c_str()));
+    // "JZ_" and "A" share bucket 65 (74*1089+90*33+95 = 6*13931+65), "B" is
+    // 66, "CMD1" 276; "S" 83 and its alias "Q" 81; the empty name is bucket 0.
+    for (char const* name : {"CMD1", "B", "JZ_", "A"}) store.AddCommand(new stCommand, name);
+    store.AddReport(new stReport, "R");
+    store.AddStruct(Named<stStruct>("S", {"Q"}));
+    store.AddEnum(new stEnum);
+    store.AddEnum(Named<stEnum>("E"));
+    store.AddUnion(new stUnion);  // unions and monitors are not listed
+    store.AddMonitor(new stMonitor, "M");
+    ASSERT_EQ(1, store.WriteOrphanReportsToFile((dir.Path() + "/db.v1.txt").c_str()));
+    EXPECT_EQ(
+        "****** List of Missing Commands ******\nJZ_\nA\nB\nCMD1\n"
+        "\n\n****** List of Missing Reports ******\nR\n"
+        "\n\n****** List of Missing Structs ******\nQ\nS\n"
+        "\n\n****** List of Missing Enums ******\n\nE\n",
+        testsupport::ReadFile(dir.File("db.v1_predefined_error.txt")));
 }
 
 }  // namespace
