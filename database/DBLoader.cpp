@@ -127,6 +127,8 @@ private:
     void LoadEnumTitle(CString const& line);
     void LoadEnumerator(CString const& line);
     void LoadUnionMember(CString const& line);
+    stEnum* EnumNamed(CString const& name);
+    stUnion* UnionNamed(CString const& name);
     void LoadUnionIdentifier(CString const& line);
 
     CStorage& m_storage;
@@ -284,13 +286,26 @@ void CDatabaseLoader::LoadEnumerator(CString const& line) {
     CString enumName = rest.Next();
     CString name = rest.Next();
     int32_t value = rest.NextNumber();
-    stEnum* record = m_storage.FindEnumByName(enumName);
-    if (!record) {
-        record = new stEnum;
-        record->m_strName = enumName;
-        m_storage.AddEnum(record);
-    }
-    record->AddField(name, value, rest.Rest());
+    EnumNamed(enumName)->AddField(name, value, rest.Rest());
+}
+
+// The stored record of that name, created empty and stored when there is none.
+stEnum* CDatabaseLoader::EnumNamed(CString const& name) {
+    stEnum* record = m_storage.FindEnumByName(name);
+    if (record) return record;
+    record = new stEnum;
+    record->m_strName = name;
+    m_storage.AddEnum(record);
+    return record;
+}
+
+stUnion* CDatabaseLoader::UnionNamed(CString const& name) {
+    stUnion* record = m_storage.FindUnionByName(name);
+    if (record) return record;
+    record = new stUnion;
+    record->m_strName = name;
+    m_storage.AddUnion(record);
+    return record;
 }
 
 // The writer puts the type text in the third column and the kind word in the
@@ -305,13 +320,7 @@ void CDatabaseLoader::LoadUnionMember(CString const& line) {
     CString third = rest.Next();
     CString fourth = rest.Next();
     int32_t value = rest.NextNumber();
-    stUnion* record = m_storage.FindUnionByName(unionName);
-    if (!record) {
-        record = new stUnion;
-        record->m_strName = unionName;
-        m_storage.AddUnion(record);
-    }
-    stStructVar& member = *record->GetNewField();
+    stStructVar& member = *UnionNamed(unionName)->GetNewField();
     member.m_strName = std::move(name);
     member.m_nDim[0] = value;
     if (third == dbtexts::kKindStruct) {
