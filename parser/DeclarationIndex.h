@@ -82,6 +82,19 @@ struct CUnionKeys {
     }
 };
 
+// The first object of the list, in list order, whose name holds pattern
+// anywhere; a search of the whole list, for the rare look-up by part of a name.
+template <typename T, typename KEYS>
+T* FirstNameHolding(CList<CObject*> const& list, CString const& pattern) {
+    for (void* pos = list.GetHeadPosition(); pos;) {
+        CObject* object = list.GetNext(pos);
+        if (!KEYS::Accepts(object)) continue;
+        T* parsed = static_cast<T*>(object);
+        if (parsed->m_strName.Find(pattern) >= 0) return parsed;
+    }
+    return nullptr;
+}
+
 template <typename T, typename KEYS>
 class CDeclarationIndex {
 public:

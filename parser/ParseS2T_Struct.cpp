@@ -582,11 +582,5 @@ bool CParseS2T::StructExists(CString const& name) {
 }
 
 CStruct* CParseS2T::FindStructByNamePattern(CString const& pattern) {
-    for (void* pos = m_StructList.GetHeadPosition(); pos;) {
-        CObject* object = m_StructList.GetNext(pos);
-        if (!CStructKeys::Accepts(object)) continue;
-        CStruct* parsed = static_cast<CStruct*>(object);
-        if (parsed->m_strName.Find(pattern) >= 0) return parsed;
-    }
-    return nullptr;
+    return FirstNameHolding<CStruct, CStructKeys>(m_StructList, pattern);
 }

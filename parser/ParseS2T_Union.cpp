@@ -302,13 +302,7 @@ int CParseS2T::RemoveUnionByNameExcept(CString const& name, CUnion const* keep) 
 }
 
 CUnion* CParseS2T::FindUnionByNamePattern(CString const& pattern) {
-    for (void* pos = m_UnionList.GetHeadPosition(); pos;) {
-        CObject* object = m_UnionList.GetNext(pos);
-        if (!CUnionKeys::Accepts(object)) continue;
-        CUnion* parsed = static_cast<CUnion*>(object);
-        if (parsed->m_strName.Find(pattern) >= 0) return parsed;
-    }
-    return nullptr;
+    return FirstNameHolding<CUnion, CUnionKeys>(m_UnionList, pattern);
 }
 
 void CParseS2T::RemoveUnion(CString const& /*name*/) {}
